@@ -1,0 +1,132 @@
+#include "Tabrino.CellStore.h"
+
+namespace Tabrino {
+
+struct TStoredCell::TRecord {
+  TCell Cell;
+};
+
+TStoredCell TStoredCell::FromCell(const TCell& Cell) {
+  TStoredCell S;
+  bool Plain = !Cell.HasFormatOverride && Cell.RichText.empty() && !Cell.HasCachedValue &&
+               Cell.Sparkline.Kind == spkNone && Cell.Sparkline.Values.empty() && Cell.StyleIndex >= 0 &&
+               static_cast<uint32_t>(Cell.StyleIndex) <= StyleMask;
+  if (Plain) {
+    switch (Cell.Value.Kind) {
+      case cvkEmpty:
+        S.SetLayout(lyStyleOnly, Cell.StyleIndex);
+        return S;
+      case cvkNumber:
+        S.SetLayout(lyNumber, Cell.StyleIndex);
+        S.SetPayload(Cell.Value.Number);
+        return S;
+      case cvkBoolean:
+        S.SetLayout(lyBoolean, Cell.StyleIndex);
+        S.SetPayload<uint32_t>(Cell.Value.BooleanValue);
+        return S;
+      case cvkError:
+        S.SetLayout(lyError, Cell.StyleIndex);
+        S.SetPayload<uint32_t>(Cell.Value.ErrorCode);
+        return S;
+      case cvkText:
+        S.SetLayout(lyText, Cell.StyleIndex);
+        S.SetPayload(new std::string(Cell.Value.Text));
+        return S;
+      case cvkFormula:
+        break;
+    }
+  }
+  S.SetLayout(lyRecord, 0);
+  S.SetPayload(new TRecord{Cell});
+  return S;
+}
+
+TStoredCell::TStoredCell(TStoredCell&& Other) noexcept
+    : FPayload{Other.FPayload[0], Other.FPayload[1]}, FStyleAndLayout(Other.FStyleAndLayout) {
+  Other.FStyleAndLayout = 0;
+}
+
+TStoredCell& TStoredCell::operator=(TStoredCell&& Other) noexcept {
+  if (this != &Other) {
+    Release();
+    std::memcpy(FPayload, Other.FPayload, sizeof FPayload);
+    FStyleAndLayout = Other.FStyleAndLayout;
+    Other.FStyleAndLayout = 0;
+  }
+  return *this;
+}
+
+void TStoredCell::Release() {
+  if (Layout() == lyText) delete Payload<std::string*>();
+  if (Layout() == lyRecord) delete Payload<TRecord*>();
+  FStyleAndLayout = 0;
+}
+
+TCellValueKind TStoredCell::Kind() const {
+  switch (Layout()) {
+    case lyNumber: return cvkNumber;
+    case lyBoolean: return cvkBoolean;
+    case lyError: return cvkError;
+    case lyText: return cvkText;
+    case lyRecord: return Record().Cell.Value.Kind;
+    default: return cvkEmpty;
+  }
+}
+
+int32_t TStoredCell::StyleIndex() const {
+  return Layout() == lyRecord ? Record().Cell.StyleIndex : static_cast<int32_t>(FStyleAndLayout & StyleMask);
+}
+
+double TStoredCell::Number() const {
+  return Layout() == lyRecord ? Record().Cell.Value.Number : Payload<double>();
+}
+
+bool TStoredCell::Boolean() const {
+  return Layout() == lyRecord ? Record().Cell.Value.BooleanValue : Payload<uint32_t>() != 0;
+}
+
+TCellErrorCode TStoredCell::Error() const {
+  return Layout() == lyRecord ? Record().Cell.Value.ErrorCode : static_cast<TCellErrorCode>(Payload<uint32_t>());
+}
+
+const std::string& TStoredCell::Text() const {
+  return Layout() == lyRecord ? Record().Cell.Value.Text : *Payload<std::string*>();
+}
+
+const std::string& TStoredCell::Formula() const {
+  static const std::string None;
+  return Layout() == lyRecord ? Record().Cell.Value.Formula : None;
+}
+
+bool TStoredCell::HasCachedValue() const { return Layout() == lyRecord && Record().Cell.HasCachedValue; }
+
+const TCellValue* TStoredCell::CachedValue() const {
+  return HasCachedValue() ? &Record().Cell.CachedValue : nullptr;
+}
+
+bool TStoredCell::HasRichText() const { return Layout() == lyRecord && !Record().Cell.RichText.empty(); }
+
+std::string TStoredCell::RichTextPlain() const {
+  return Layout() == lyRecord ? Record().Cell.RichTextPlain() : std::string();
+}
+
+TCellValue TStoredCell::Value() const {
+  switch (Layout()) {
+    case lyNumber: return TCellValue::FromNumber(Payload<double>());
+    case lyBoolean: return TCellValue::FromBoolean(Payload<uint32_t>() != 0);
+    case lyError: return TCellValue::FromError(static_cast<TCellErrorCode>(Payload<uint32_t>()));
+    case lyText: return TCellValue::FromText(*Payload<std::string*>());
+    case lyRecord: return Record().Cell.Value;
+    default: return TCellValue::Empty();
+  }
+}
+
+TCell TStoredCell::ToCell() const {
+  if (Layout() == lyRecord) return Record().Cell;
+  TCell Cell;
+  Cell.Value = Value();
+  Cell.StyleIndex = StyleIndex();
+  return Cell;
+}
+
+}  // namespace Tabrino

@@ -1,0 +1,83 @@
+// The worksheet's cell dictionary. Cells are keyed by the packed (column, row)
+// pair in a flat hash map, and each stored record is 12 bytes: a plain number,
+// boolean or error lives inline; text points to its string; anything richer
+// (formulas, caches, format overrides, rich text, sparklines) points to an
+// out-of-line record that exists only for such cells. Callers see whole TCell
+// copies; the evaluator reads through the lighter accessors.
+#pragma once
+
+#include <absl/container/flat_hash_map.h>
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "Tabrino.Cell.h"
+
+namespace Tabrino {
+
+struct TCellKey {
+  int32_t Col;
+  int32_t Row;
+  bool operator==(const TCellKey&) const = default;
+  template <typename H>
+  friend H AbslHashValue(H State, const TCellKey& K) {
+    return H::combine(std::move(State), K.Col, K.Row);
+  }
+};
+
+class TStoredCell {
+ public:
+  static TStoredCell FromCell(const TCell& Cell);
+  TStoredCell(TStoredCell&& Other) noexcept;
+  TStoredCell& operator=(TStoredCell&& Other) noexcept;
+  TStoredCell(const TStoredCell&) = delete;
+  TStoredCell& operator=(const TStoredCell&) = delete;
+  ~TStoredCell() { Release(); }
+
+  TCell ToCell() const;
+  TCellValueKind Kind() const;
+  int32_t StyleIndex() const;
+  double Number() const;                 // cvkNumber only
+  bool Boolean() const;                  // cvkBoolean only
+  TCellErrorCode Error() const;          // cvkError only
+  const std::string& Text() const;       // cvkText only
+  const std::string& Formula() const;    // cvkFormula only
+  bool HasCachedValue() const;
+  const TCellValue* CachedValue() const;  // nullptr without a cache
+  bool HasRichText() const;
+  std::string RichTextPlain() const;
+  TCellValue Value() const;
+
+ private:
+  enum TLayout : uint8_t { lyStyleOnly, lyNumber, lyBoolean, lyError, lyText, lyRecord };
+  struct TRecord;
+  static constexpr uint32_t StyleBits = 24;
+  static constexpr uint32_t StyleMask = (1u << StyleBits) - 1;
+
+  TStoredCell() = default;
+  TLayout Layout() const { return static_cast<TLayout>(FStyleAndLayout >> StyleBits); }
+  void SetLayout(TLayout Layout, int32_t Style) { FStyleAndLayout = (uint32_t(Layout) << StyleBits) | uint32_t(Style); }
+  template <typename T>
+  T Payload() const {
+    T V;
+    std::memcpy(&V, FPayload, sizeof V);
+    return V;
+  }
+  template <typename T>
+  void SetPayload(T V) {
+    std::memcpy(FPayload, &V, sizeof V);
+  }
+  const TRecord& Record() const { return *Payload<TRecord*>(); }
+  void Release();
+
+  // Two 32-bit words instead of one 64-bit field keep the record 4-byte
+  // aligned, so a map slot is 20 bytes rather than 24.
+  uint32_t FPayload[2] = {0, 0};
+  uint32_t FStyleAndLayout = 0;
+};
+
+using TCellMap = absl::flat_hash_map<TCellKey, TStoredCell>;
+
+}  // namespace Tabrino

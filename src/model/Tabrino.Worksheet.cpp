@@ -1,0 +1,101 @@
+#include "Tabrino.Worksheet.h"
+
+#include <algorithm>
+
+#include "Tabrino.NumberFormat.h"
+
+namespace Tabrino {
+
+TCell TWorksheet::GetCellAt(int32_t Col, int32_t Row) const {
+  const TStoredCell* Stored = FindCell(Col, Row);
+  return Stored ? Stored->ToCell() : TCell::CreateEmpty();
+}
+
+const TStoredCell* TWorksheet::FindCell(int32_t Col, int32_t Row) const {
+  auto It = FCells.find(TCellKey{Col, Row});
+  return It == FCells.end() ? nullptr : &It->second;
+}
+
+void TWorksheet::SetCell(const TCellAddress& Address, const TCell& Cell) {
+  const TCellKey Key{Address.Col, Address.Row};
+  // The old cell is only needed by the change event.
+  TCell OldCell = FOnChange ? GetCell(Address) : TCell();
+  if (Cell.IsEmpty()) {
+    FCells.erase(Key);
+  } else {
+    FCells.insert_or_assign(Key, TStoredCell::FromCell(Cell));
+  }
+  UpdateUsedBounds(Address);
+  if (FOnChange) FOnChange(*this, Address, OldCell, Cell);
+}
+
+void TWorksheet::ExpandUsedBounds(int32_t Col, int32_t Row) {
+  FUsedMaxCol = std::max(FUsedMaxCol, Col);
+  FUsedMaxRow = std::max(FUsedMaxRow, Row);
+}
+
+void TWorksheet::RecalcUsedBounds() {
+  FUsedMaxCol = 1;
+  FUsedMaxRow = 1;
+  for (const auto& [Key, Cell] : FCells) ExpandUsedBounds(Key.Col, Key.Row);
+}
+
+TCellFormat TWorksheet::ResolveFormat(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const {
+  const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
+  if (!Stored) return Styles ? Styles->ResolveFormat(0) : TCellFormat::Default();
+  TCell Cell = Stored->ToCell();
+  if (Cell.HasFormatOverride) return Cell.FormatOverride;
+  return Styles ? Styles->ResolveFormat(Cell.StyleIndex) : TCellFormat::Default();
+}
+
+TCellValue TWorksheet::GetEffectiveValue(const TCellAddress& Address) const {
+  const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
+  if (!Stored) return TCellValue::Empty();
+  if (Stored->Kind() == cvkFormula) {
+    const TCellValue* Cached = Stored->CachedValue();
+    return Cached ? *Cached : TCellValue::Empty();
+  }
+  return Stored->Value();
+}
+
+std::string TWorksheet::GetDisplayText(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const {
+  const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
+  if (!Stored) return {};
+  const TCellValueKind Kind = Stored->Kind();
+  if (FShowFormulas && Kind == cvkFormula) return Stored->Formula();
+  if (Stored->HasRichText()) {
+    std::string Runs = Stored->RichTextPlain();
+    if (!Runs.empty()) return Runs;
+  }
+  auto Formatted = [&](const TCellValue& V) -> std::string {
+    if (V.Kind == cvkNumber && !FShowZeros && IsZero(V.Number)) return {};
+    return FormatCellValue(V, ResolveFormat(Address, Styles).NumberFormat);
+  };
+  switch (Kind) {
+    case cvkEmpty: return {};
+    case cvkNumber: return Formatted(Stored->Value());
+    case cvkFormula: {
+      const TCellValue* Cached = Stored->CachedValue();
+      return Cached ? Formatted(*Cached) : Stored->Formula();
+    }
+    default: return Stored->Value().ToDisplayString();
+  }
+}
+
+void TWorksheet::SetHyperlink(int32_t Col, int32_t Row, const std::string& Target) {
+  bool Blank = std::all_of(Target.begin(), Target.end(), [](unsigned char C) { return C <= ' '; });
+  if (Blank) {
+    ClearHyperlink(Col, Row);
+  } else {
+    FHyperlinks.insert_or_assign(TCellKey{Col, Row}, Target);
+  }
+}
+
+bool TWorksheet::FindHyperlink(int32_t Col, int32_t Row, std::string& Target) const {
+  auto It = FHyperlinks.find(TCellKey{Col, Row});
+  if (It == FHyperlinks.end()) return false;
+  Target = It->second;
+  return true;
+}
+
+}  // namespace Tabrino
