@@ -1,0 +1,239 @@
+#include "Tabrino.Formula.Parser.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Tabrino {
+namespace {
+
+// Parentheses, calls, array literals and prefix signs nest through ParseUnary;
+// deeper than this is refused so that no text can exhaust the parser's stack.
+constexpr int32_t MaxNestingDepth = 256;
+// Left-associative chains deepen the tree without nesting. This bound covers
+// every chain that fits a formula of 8192 characters and keeps the recursive
+// walkers of the tree (evaluation, dependency collection, cloning) safe.
+constexpr int32_t MaxTreeHeight = 4096;
+
+// Restores the nesting count however the level is left.
+class TNestingGuard {
+ public:
+  explicit TNestingGuard(int32_t& Depth) : FDepth(++Depth) {}
+  ~TNestingGuard() { --FDepth; }
+  TNestingGuard(const TNestingGuard&) = delete;
+  TNestingGuard& operator=(const TNestingGuard&) = delete;
+  bool TooDeep() const { return FDepth > MaxNestingDepth; }
+
+ private:
+  int32_t& FDepth;
+};
+
+}  // namespace
+
+std::string_view AstNodeKindName(TAstNodeKind Kind) {
+  static constexpr std::string_view Names[] = {"ankNumber",  "ankString", "ankBool",     "ankError",
+                                               "ankCellRef", "ankRange",  "ankSheetRef", "ankTableRef",
+                                               "ankUnary",   "ankBinary", "ankFunc",     "ankArrayLit"};
+  return Kind < std::size(Names) ? Names[Kind] : "ank?";
+}
+
+std::unique_ptr<TAstNode> CloneAstNode(const TAstNode* Node) {
+  if (!Node) return nullptr;
+  auto Copy = std::make_unique<TAstNode>(Node->Kind);
+  Copy->BooleanValue = Node->BooleanValue;
+  Copy->ErrorCode = Node->ErrorCode;
+  Copy->Col = Node->Col;
+  Copy->Row = Node->Row;
+  Copy->Col2 = Node->Col2;
+  Copy->Row2 = Node->Row2;
+  Copy->Number = Node->Number;
+  Copy->Text = Node->Text;
+  Copy->SheetName = Node->SheetName;
+  Copy->ColumnName = Node->ColumnName;
+  Copy->Op = Node->Op;
+  Copy->Left = CloneAstNode(Node->Left.get());
+  Copy->Right = CloneAstNode(Node->Right.get());
+  Copy->Args.reserve(Node->Args.size());
+  for (const auto& Arg : Node->Args) Copy->Args.push_back(CloneAstNode(Arg.get()));
+  return Copy;
+}
+
+std::unique_ptr<TAstNode> TFormulaParser::Parse(std::string_view Text) {
+  TFormulaParser Parser;
+  Parser.FTok.SetFormula(Text);
+  Parser.Next();
+  if (Parser.FCurrent.Kind == ftEnd) return MakeError(ceValue);
+  TSubtree Root = Parser.ParseExpression();
+  // A token left over means the text was not one expression: nothing of it survives.
+  if (!Root.Node || Parser.FCurrent.Kind != ftEnd) return MakeError(ceValue);
+  return std::move(Root.Node);
+}
+
+void TFormulaParser::Next() {
+  FCurrent = FTok.NextToken();
+}
+
+std::unique_ptr<TAstNode> TFormulaParser::MakeError(TCellErrorCode Code) {
+  auto Node = std::make_unique<TAstNode>(ankError);
+  Node->ErrorCode = Code;
+  return Node;
+}
+
+TFormulaParser::TSubtree TFormulaParser::WithHeight(TNodePtr Node, int32_t Height) {
+  if (Height > MaxTreeHeight) return {};
+  return {std::move(Node), Height};
+}
+
+TFormulaParser::TSubtree TFormulaParser::MakeBinary(std::string Op, TSubtree Left, TSubtree Right) {
+  auto Node = std::make_unique<TAstNode>(ankBinary);
+  Node->Op = std::move(Op);
+  Node->Left = std::move(Left.Node);
+  Node->Right = std::move(Right.Node);
+  return WithHeight(std::move(Node), std::max(Left.Height, Right.Height) + 1);
+}
+
+bool TFormulaParser::AtOperator(std::initializer_list<std::string_view> Ops) const {
+  return FCurrent.Kind == ftOperator && std::find(Ops.begin(), Ops.end(), FCurrent.Text) != Ops.end();
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseComparison() {
+  return ParseBinaryLevel({"=", "<>", "<", ">", "<=", ">="}, &TFormulaParser::ParseConcat);
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseConcat() {
+  return ParseBinaryLevel({"&"}, &TFormulaParser::ParseAddSub);
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseAddSub() {
+  return ParseBinaryLevel({"+", "-"}, &TFormulaParser::ParseMulDiv);
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseMulDiv() {
+  return ParseBinaryLevel({"*", "/"}, &TFormulaParser::ParsePower);
+}
+
+// Left-associative like every level: 2^3^2 is 64. Both operands are unary so
+// that 2^-1 reads.
+TFormulaParser::TSubtree TFormulaParser::ParsePower() {
+  return ParseBinaryLevel({"^"}, &TFormulaParser::ParseUnary);
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseBinaryLevel(std::initializer_list<std::string_view> Ops, TLevel Operand) {
+  TSubtree Left = (this->*Operand)();
+  while (Left.Node && AtOperator(Ops)) {
+    std::string Op = std::move(FCurrent.Text);
+    Next();
+    TSubtree Right = (this->*Operand)();
+    if (!Right.Node) return {};
+    Left = MakeBinary(std::move(Op), std::move(Left), std::move(Right));
+  }
+  return Left;
+}
+
+// Prefix signs bind tighter than "^" on purpose: -2^2 is 4. A "+" stays in the tree.
+TFormulaParser::TSubtree TFormulaParser::ParseUnary() {
+  TNestingGuard Nesting(FDepth);
+  if (Nesting.TooDeep()) return {};
+  if (!AtOperator({"@", "+", "-"})) return ParsePrimary();
+  auto Node = std::make_unique<TAstNode>(ankUnary);
+  Node->Op = std::move(FCurrent.Text);
+  Next();
+  TSubtree Operand = ParseUnary();
+  if (!Operand.Node) return {};
+  Node->Left = std::move(Operand.Node);
+  return WithHeight(std::move(Node), Operand.Height + 1);
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParsePrimary() {
+  switch (FCurrent.Kind) {
+    case ftNumber:
+    case ftString:
+    case ftBoolean:
+    case ftCellRef:
+    case ftRangeRef:
+    case ftSheetRef:
+    case ftTableRef: return ParseLiteralOrReference();
+    case ftFunction: return ParseFunction();
+    case ftLBrace: return ParseArrayLiteral();
+    case ftLParen: {
+      Next();
+      TSubtree Inner = ParseExpression();
+      if (!Inner.Node || FCurrent.Kind != ftRParen) return {};
+      Next();
+      return Inner;  // parentheses leave no node of their own
+    }
+    default: return {};  // among them "," and ")" where an argument was left out: IF(A1,,2)
+  }
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseLiteralOrReference() {
+  TAstNodeKind Kind;
+  switch (FCurrent.Kind) {
+    case ftNumber: Kind = ankNumber; break;
+    case ftString: Kind = ankString; break;
+    case ftBoolean: Kind = ankBool; break;
+    case ftCellRef: Kind = ankCellRef; break;
+    case ftRangeRef: Kind = ankRange; break;
+    case ftSheetRef: Kind = ankSheetRef; break;
+    default: Kind = ankTableRef; break;
+  }
+  auto Node = std::make_unique<TAstNode>(Kind);
+  if (Kind == ankNumber) Node->Number = FCurrent.Number;
+  if (Kind == ankBool) Node->BooleanValue = FCurrent.Text == "TRUE";  // the tokenizer upper-cased it
+  Node->Col = FCurrent.Col;
+  Node->Row = FCurrent.Row;
+  Node->Col2 = FCurrent.Col2;
+  Node->Row2 = FCurrent.Row2;
+  Node->Text = std::move(FCurrent.Text);
+  Node->SheetName = std::move(FCurrent.SheetName);
+  Node->ColumnName = std::move(FCurrent.ColumnName);
+  Next();
+  return {std::move(Node), 1};
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseFunction() {
+  auto Node = std::make_unique<TAstNode>(ankFunc);
+  Node->Text = std::move(FCurrent.Text);
+  Next();
+  if (FCurrent.Kind != ftLParen) return {std::move(Node), 1};  // a name: defined name or LET variable
+  Next();
+  int32_t ArgsHeight = 0;
+  // An omitted argument (F(1,) or IF(A1,,2)) is no argument: the call fails.
+  if (FCurrent.Kind != ftRParen && !ParseList(ftComma, Node->Args, ArgsHeight)) return {};
+  if (FCurrent.Kind != ftRParen) return {};
+  Next();
+  return WithHeight(std::move(Node), ArgsHeight + 1);
+}
+
+TFormulaParser::TSubtree TFormulaParser::ParseArrayLiteral() {
+  auto Node = std::make_unique<TAstNode>(ankArrayLit);
+  Next();
+  int32_t ElementsHeight = 0;
+  if (FCurrent.Kind != ftRBrace) {
+    for (;;) {
+      size_t RowStart = Node->Args.size();
+      if (!ParseList(ftComma, Node->Args, ElementsHeight)) return {};
+      auto Width = static_cast<int32_t>(Node->Args.size() - RowStart);
+      if (Node->Row2 == 0) Node->Col2 = Width;  // the first row fixes the width
+      if (Width != Node->Col2) return {};
+      ++Node->Row2;
+      if (FCurrent.Kind == ftRBrace) break;
+      if (FCurrent.Kind != ftSemicolon) return {};
+      Next();
+    }
+  }
+  Next();
+  return WithHeight(std::move(Node), ElementsHeight + 1);
+}
+
+bool TFormulaParser::ParseList(TFormulaTokenKind Separator, std::vector<TNodePtr>& Items, int32_t& MaxHeight) {
+  for (;;) {
+    TSubtree Item = ParseExpression();
+    if (!Item.Node) return false;
+    MaxHeight = std::max(MaxHeight, Item.Height);
+    Items.push_back(std::move(Item.Node));
+    if (FCurrent.Kind != Separator) return true;
+    Next();
+  }
+}
+
+}  // namespace Tabrino
