@@ -1,7 +1,6 @@
 #include "Tabrino.NumberParse.h"
 
 #include <charconv>
-#include <cmath>
 #include <string>
 
 #include "Tabrino.FormatSettings.h"
@@ -52,9 +51,8 @@ bool TryTextToFloat(std::string_view Text, double& Number) {
   if (I != Text.size()) return false;
   double Value = 0;
   auto [End, Error] = std::from_chars(C.data(), C.data() + C.size(), Value);
-  // Overflow still reads as a number: the classic conversion gives infinity.
-  if (Error == std::errc::result_out_of_range) Value = C.front() == '-' ? -HUGE_VAL : HUGE_VAL;
-  else if (Error != std::errc() || End != C.data() + C.size()) return false;
+  // Out of double range reads as text, as a spreadsheet user would expect.
+  if (Error != std::errc() || End != C.data() + C.size()) return false;
   Number = Value;
   return true;
 }
