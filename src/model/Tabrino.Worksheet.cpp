@@ -98,4 +98,21 @@ bool TWorksheet::FindHyperlink(int32_t Col, int32_t Row, std::string& Target) co
   return true;
 }
 
+void TWorksheet::RefreshTableColumnNames() {
+  for (const auto& Table : FTables.FItems) {
+    if (!Table->FHasHeaderRow) continue;
+    const TCellRange Ref = Table->FRef.Normalize();
+    std::vector<std::string> Names;
+    Names.reserve(Table->ColumnCount());
+    for (int32_t Col = Ref.StartCol; Col <= Ref.EndCol; ++Col) {
+      const TStoredCell* Header = FindCell(Col, Ref.StartRow);
+      std::string Name;
+      if (Header) Name = Header->HasRichText() ? Header->RichTextPlain() : Header->Value().ToDisplayString();
+      if (Name.empty()) Name = "Column" + std::to_string(Col - Ref.StartCol + 1);
+      Names.push_back(std::move(Name));
+    }
+    Table->SetColumnNames(std::move(Names));
+  }
+}
+
 }  // namespace Tabrino

@@ -11,6 +11,7 @@
 
 #include "Tabrino.Cell.h"
 #include "Tabrino.CellStore.h"
+#include "Tabrino.SheetTable.h"
 #include "Tabrino.StyleSheet.h"
 #include "Tabrino.Types.h"
 
@@ -24,6 +25,7 @@ class TWorksheet {
  public:
   std::string FName;
   TCellMap FCells;
+  TSheetTableList FTables;
   int32_t FUsedMaxCol = 1;
   int32_t FUsedMaxRow = 1;
   bool FShowGridLines = true;
@@ -72,6 +74,10 @@ class TWorksheet {
   void SetHyperlink(int32_t Col, int32_t Row, const std::string& Target);
   bool FindHyperlink(int32_t Col, int32_t Row, std::string& Target) const;
   void ClearHyperlink(int32_t Col, int32_t Row) { FHyperlinks.erase(TCellKey{Col, Row}); }
+
+  // Column names of every table with a header row, read again from its header
+  // cells; an empty header cell names its column "Column<n>".
+  void RefreshTableColumnNames();
 };
 
 }  // namespace Tabrino
