@@ -30,8 +30,6 @@ TEST(SheetTable, ConstructionNormalisesAndNamesBoth) {
   EXPECT_EQ(T.FRef.ToA1(), "B3:D9");
   EXPECT_EQ(T.FDisplayName, "Sales");
   EXPECT_EQ(T.ColumnCount(), 3);
-  EXPECT_TRUE(T.FHasHeaderRow && T.FShowAutoFilter && T.FShowRowStripes);
-  EXPECT_FALSE(T.FHasTotalsRow || T.FShowColumnStripes);
 }
 
 TEST(SheetTable, DataRangeWithAndWithoutHeaderAndTotals) {
