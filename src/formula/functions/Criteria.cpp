@@ -1,0 +1,178 @@
+// The conditional aggregates and their one criteria matcher. A criterion is
+// an optional comparison operator and an operand: numbers compare as numbers
+// when both sides are numeric, everything else by display text ignoring case.
+// There are no wildcards: "a*" matches the text "a*" only.
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Tabrino.Formula.Functions.h"
+
+namespace Tabrino {
+
+namespace {
+
+enum TCriterionOp : uint8_t { coEqual, coNotEqual, coLess, coGreater, coLessEqual, coGreaterEqual };
+
+// A criterion parsed once per call, so that testing a cell converts and
+// allocates nothing beyond the cell's own number where it is text.
+class TCriterion {
+ public:
+  explicit TCriterion(const TFormulaArg& Arg) {
+    std::string Source = ArgText(Arg);
+    std::string_view Rest = Source;
+    static constexpr struct {
+      std::string_view Text;
+      TCriterionOp Op;
+    } Operators[] = {{"<>", coNotEqual}, {"<=", coLessEqual}, {">=", coGreaterEqual},
+                     {"<", coLess},      {"=", coEqual},      {">", coGreater}};
+    for (const auto& [Text, Op] : Operators) {
+      if (Rest.starts_with(Text)) {
+        FOp = Op;
+        Rest.remove_prefix(Text.size());
+        break;
+      }
+    }
+    FOperand = Rest;
+    FOperandIsNumber = TextToNumber(FOperand, FNumber);
+  }
+
+  bool Matches(const TCellValue& Cell) const {
+    if (FOperandIsNumber) {
+      double X = Cell.Number;
+      if (Cell.Kind == cvkNumber || AsNumber(Cell, X)) return CompareNumbers(X);
+    }
+    // Orderings hold only between numbers.
+    if (FOp != coEqual && FOp != coNotEqual) return false;
+    return DisplayEqualsNoCase(Cell, FOperand) == (FOp == coEqual);
+  }
+
+ private:
+  bool CompareNumbers(double X) const {
+    switch (FOp) {
+      case coEqual: return X == FNumber;
+      case coNotEqual: return X != FNumber;
+      case coLess: return X < FNumber;
+      case coGreater: return X > FNumber;
+      case coLessEqual: return X <= FNumber;
+      case coGreaterEqual: return X >= FNumber;
+    }
+    return false;
+  }
+
+  TCriterionOp FOp = coEqual;
+  std::string FOperand;
+  bool FOperandIsNumber = false;
+  double FNumber = 0;
+};
+
+// The aggregates add only cells that hold numbers.
+struct TMatchTotals {
+  double Sum = 0;
+  double Count = 0;
+};
+
+// Pairs Tested with Summed by index over the shorter of the two.
+TMatchTotals SumWhere(std::span<const TCellValue> Tested, const TCriterion& Criterion,
+                      std::span<const TCellValue> Summed) {
+  TMatchTotals Totals;
+  size_t Extent = std::min(Tested.size(), Summed.size());
+  for (size_t I = 0; I < Extent; ++I) {
+    const TCellValue& V = Summed[I];
+    if (V.Kind == cvkNumber && Criterion.Matches(Tested[I])) {
+      Totals.Sum += V.Number;
+      ++Totals.Count;
+    }
+  }
+  return Totals;
+}
+
+// The cells to add for SUMIF and AVERAGEIF: the optional third argument, else
+// the tested range itself.
+std::span<const TCellValue> SummedValues(const TFunctionCall& Call) {
+  return ArgValues(Call.Count() > 2 ? Call[2] : Call[0]);
+}
+
+TCellValue CountIf(const TFunctionCall& Call) {
+  TCriterion Criterion(Call[1]);
+  double Count = 0;
+  for (const TCellValue& V : ArgValues(Call[0]))
+    if (Criterion.Matches(V)) ++Count;
+  return Num(Count);
+}
+
+TCellValue SumIf(const TFunctionCall& Call) {
+  return Num(SumWhere(ArgValues(Call[0]), TCriterion(Call[1]), SummedValues(Call)).Sum);
+}
+
+TCellValue AverageIf(const TFunctionCall& Call) {
+  TMatchTotals Totals = SumWhere(ArgValues(Call[0]), TCriterion(Call[1]), SummedValues(Call));
+  return Totals.Count > 0 ? Num(Totals.Sum / Totals.Count) : Err(ceDiv0);
+}
+
+// Range and criterion pairs whose ranges all have the shape of Shape; a cell
+// index matches when the cells at that index pass every criterion.
+class TCriteriaSet {
+ public:
+  TCriteriaSet(std::span<const TFormulaArg> Pairs, const TFormulaArg& Shape) {
+    FValid = Pairs.size() % 2 == 0;
+    for (size_t I = 0; FValid && I < Pairs.size(); I += 2) {
+      FValid = SameShape(Pairs[I], Shape);
+      FRanges.push_back(ArgValues(Pairs[I]));
+      FCriteria.emplace_back(Pairs[I + 1]);
+    }
+  }
+
+  bool Valid() const { return FValid; }
+  bool Matches(size_t Index) const {
+    for (size_t K = 0; K < FCriteria.size(); ++K)
+      if (!FCriteria[K].Matches(FRanges[K][Index])) return false;
+    return true;
+  }
+
+ private:
+  // A scalar stands for a 1 by 1 range.
+  static bool SameShape(const TFormulaArg& A, const TFormulaArg& B) {
+    auto Rows = [](const TFormulaArg& X) { return X.IsRange ? X.RowCount : 1; };
+    auto Cols = [](const TFormulaArg& X) { return X.IsRange ? X.ColCount : 1; };
+    return Rows(A) == Rows(B) && Cols(A) == Cols(B) && ArgValues(A).size() == ArgValues(B).size();
+  }
+
+  bool FValid = false;
+  std::vector<std::span<const TCellValue>> FRanges;
+  std::vector<TCriterion> FCriteria;
+};
+
+TCellValue SumIfs(const TFunctionCall& Call) {
+  TCriteriaSet Criteria(Call.Args.subspan(1), Call[0]);
+  if (!Criteria.Valid()) return Err(ceValue);
+  std::span<const TCellValue> Summed = ArgValues(Call[0]);
+  double Sum = 0;
+  for (size_t I = 0; I < Summed.size(); ++I)
+    if (Summed[I].Kind == cvkNumber && Criteria.Matches(I)) Sum += Summed[I].Number;
+  return Num(Sum);
+}
+
+TCellValue CountIfs(const TFunctionCall& Call) {
+  TCriteriaSet Criteria(Call.Args, Call[0]);
+  if (!Criteria.Valid()) return Err(ceValue);
+  size_t Extent = ArgValues(Call[0]).size();
+  double Count = 0;
+  for (size_t I = 0; I < Extent; ++I)
+    if (Criteria.Matches(I)) ++Count;
+  return Num(Count);
+}
+
+}  // namespace
+
+std::span<const TFunctionDef> CriteriaFunctions() {
+  static constexpr TFunctionDef Table[] = {
+      {"SUMIF", 2, 3, fnNone, SumIf},        {"COUNTIF", 2, 2, fnNone, CountIf},     {"SUMIFS", 3, -1, fnNone, SumIfs},
+      {"COUNTIFS", 2, -1, fnNone, CountIfs}, {"AVERAGEIF", 2, 3, fnNone, AverageIf},
+  };
+  return Table;
+}
+
+}  // namespace Tabrino
