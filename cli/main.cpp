@@ -12,6 +12,8 @@ int main(int argc, char** argv) {
   App.set_help_all_flag("--help-all", "Show the help of every command");
 
   AddFormatCommand(App);
+  AddTokensCommand(App);
+  AddParseCommand(App);
 
   try {
     App.parse(argc, argv);
