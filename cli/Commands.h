@@ -24,6 +24,7 @@ inline TCliError UsageError(const std::string& Message) { return TCliError(Messa
 inline TCliError Failure(const std::string& Message) { return TCliError(Message, 1); }
 
 void AddFormatCommand(CLI::App& App);
+void AddConvertCommand(CLI::App& App);
 void AddTokensCommand(CLI::App& App);
 void AddParseCommand(CLI::App& App);
 

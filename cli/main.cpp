@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
   App.set_help_all_flag("--help-all", "Show the help of every command");
 
   AddFormatCommand(App);
+  AddConvertCommand(App);
   AddTokensCommand(App);
   AddParseCommand(App);
 
