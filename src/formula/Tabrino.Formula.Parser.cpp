@@ -70,6 +70,20 @@ std::unique_ptr<TAstNode> TFormulaParser::Parse(std::string_view Text) {
 
 void TFormulaParser::Next() {
   FCurrent = FTok.NextToken();
+  FCurrentLevel = blNone;
+  if (FCurrent.Kind != ftOperator) return;
+  switch (FCurrent.Text[0]) {
+    case '=':
+    case '<':
+    case '>': FCurrentLevel = blComparison; break;
+    case '&': FCurrentLevel = blConcat; break;
+    case '+':
+    case '-': FCurrentLevel = blAddSub; break;
+    case '*':
+    case '/': FCurrentLevel = blMulDiv; break;
+    case '^': FCurrentLevel = blPower; break;
+    default: break;  // "@" is prefix only
+  }
 }
 
 std::unique_ptr<TAstNode> TFormulaParser::MakeError(TCellErrorCode Code) {
@@ -91,35 +105,31 @@ TFormulaParser::TSubtree TFormulaParser::MakeBinary(std::string Op, TSubtree Lef
   return WithHeight(std::move(Node), std::max(Left.Height, Right.Height) + 1);
 }
 
-bool TFormulaParser::AtOperator(std::initializer_list<std::string_view> Ops) const {
-  return FCurrent.Kind == ftOperator && std::find(Ops.begin(), Ops.end(), FCurrent.Text) != Ops.end();
-}
-
 TFormulaParser::TSubtree TFormulaParser::ParseComparison() {
-  return ParseBinaryLevel({"=", "<>", "<", ">", "<=", ">="}, &TFormulaParser::ParseConcat);
+  return ParseBinaryLevel(blComparison, &TFormulaParser::ParseConcat);
 }
 
 TFormulaParser::TSubtree TFormulaParser::ParseConcat() {
-  return ParseBinaryLevel({"&"}, &TFormulaParser::ParseAddSub);
+  return ParseBinaryLevel(blConcat, &TFormulaParser::ParseAddSub);
 }
 
 TFormulaParser::TSubtree TFormulaParser::ParseAddSub() {
-  return ParseBinaryLevel({"+", "-"}, &TFormulaParser::ParseMulDiv);
+  return ParseBinaryLevel(blAddSub, &TFormulaParser::ParseMulDiv);
 }
 
 TFormulaParser::TSubtree TFormulaParser::ParseMulDiv() {
-  return ParseBinaryLevel({"*", "/"}, &TFormulaParser::ParsePower);
+  return ParseBinaryLevel(blMulDiv, &TFormulaParser::ParsePower);
 }
 
 // Left-associative like every level: 2^3^2 is 64. Both operands are unary so
 // that 2^-1 reads.
 TFormulaParser::TSubtree TFormulaParser::ParsePower() {
-  return ParseBinaryLevel({"^"}, &TFormulaParser::ParseUnary);
+  return ParseBinaryLevel(blPower, &TFormulaParser::ParseUnary);
 }
 
-TFormulaParser::TSubtree TFormulaParser::ParseBinaryLevel(std::initializer_list<std::string_view> Ops, TLevel Operand) {
+TFormulaParser::TSubtree TFormulaParser::ParseBinaryLevel(TBinaryLevel Level, TLevel Operand) {
   TSubtree Left = (this->*Operand)();
-  while (Left.Node && AtOperator(Ops)) {
+  while (Left.Node && FCurrentLevel == Level) {
     std::string Op = std::move(FCurrent.Text);
     Next();
     TSubtree Right = (this->*Operand)();
@@ -133,7 +143,9 @@ TFormulaParser::TSubtree TFormulaParser::ParseBinaryLevel(std::initializer_list<
 TFormulaParser::TSubtree TFormulaParser::ParseUnary() {
   TNestingGuard Nesting(FDepth);
   if (Nesting.TooDeep()) return {};
-  if (!AtOperator({"@", "+", "-"})) return ParsePrimary();
+  bool PrefixSign =
+      FCurrent.Kind == ftOperator && (FCurrent.Text == "@" || FCurrent.Text == "+" || FCurrent.Text == "-");
+  if (!PrefixSign) return ParsePrimary();
   auto Node = std::make_unique<TAstNode>(ankUnary);
   Node->Op = std::move(FCurrent.Text);
   Next();

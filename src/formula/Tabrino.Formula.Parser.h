@@ -15,7 +15,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -91,8 +90,10 @@ class TFormulaParser {
   static TNodePtr MakeError(TCellErrorCode Code);
   static TSubtree MakeBinary(std::string Op, TSubtree Left, TSubtree Right);
   static TSubtree WithHeight(TNodePtr Node, int32_t Height);
-  bool AtOperator(std::initializer_list<std::string_view> Ops) const;
 
+  // Binary operators by how loosely they bind; the current token's level is
+  // worked out once when it is read.
+  enum TBinaryLevel : uint8_t { blNone, blComparison, blConcat, blAddSub, blMulDiv, blPower };
   using TLevel = TSubtree (TFormulaParser::*)();
 
   TSubtree ParseExpression() { return ParseComparison(); }
@@ -101,7 +102,7 @@ class TFormulaParser {
   TSubtree ParseAddSub();
   TSubtree ParseMulDiv();
   TSubtree ParsePower();
-  TSubtree ParseBinaryLevel(std::initializer_list<std::string_view> Ops, TLevel Operand);
+  TSubtree ParseBinaryLevel(TBinaryLevel Level, TLevel Operand);
   TSubtree ParseUnary();
   TSubtree ParsePrimary();
   TSubtree ParseLiteralOrReference();
@@ -112,6 +113,7 @@ class TFormulaParser {
 
   TFormulaTokenizer FTok;
   TFormulaToken FCurrent;
+  TBinaryLevel FCurrentLevel = blNone;
   int32_t FDepth = 0;  // nesting of ParseUnary, which every sub-expression passes through
 };
 
