@@ -106,6 +106,8 @@ const TCellValue* TStoredCell::CachedValue() const {
 
 bool TStoredCell::HasRichText() const { return Layout() == lyRecord && !Record().Cell.RichText.empty(); }
 
+bool TStoredCell::HasSparkline() const { return Layout() == lyRecord && Record().Cell.Sparkline.Kind != spkNone; }
+
 std::string TStoredCell::RichTextPlain() const {
   return Layout() == lyRecord ? Record().Cell.RichTextPlain() : std::string();
 }

@@ -47,6 +47,7 @@ class TStoredCell {
   bool HasCachedValue() const;
   const TCellValue* CachedValue() const;  // nullptr without a cache
   bool HasRichText() const;
+  bool HasSparkline() const;
   std::string RichTextPlain() const;
   TCellValue Value() const;
 

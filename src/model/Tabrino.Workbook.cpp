@@ -1,10 +1,10 @@
 #include "Tabrino.Workbook.h"
 
-#include <absl/strings/ascii.h>
 #include <absl/strings/match.h>
-#include <absl/strings/str_replace.h>
 
 #include <algorithm>
+
+#include "Tabrino.TextUtil.h"
 
 namespace Tabrino {
 
@@ -89,15 +89,13 @@ void TWorkbook::SetSheetVisibility(int32_t Index, TSheetVisibility Value) {
 }
 
 std::string NamedFormulaKey(const std::string& Name) {
-  std::string Key = absl::StrReplaceAll(absl::StripAsciiWhitespace(Name), {{"$", ""}});
-  absl::AsciiStrToUpper(&Key);
-  return Key;
+  return UpperAscii(ReplaceAll(TrimBlanks(Name), "$", ""));
 }
 
 void TWorkbook::SetNamedFormula(const std::string& Name, const std::string& Formula) {
   std::string Key = NamedFormulaKey(Name);
   if (Key.empty()) return;
-  std::string Text(absl::StripAsciiWhitespace(Formula));
+  std::string Text(TrimBlanks(Formula));
   if (!Text.empty() && Text.front() != '=') Text.insert(Text.begin(), '=');
   FNamedFormulas[Key] = Text;
 }

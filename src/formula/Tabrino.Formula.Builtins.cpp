@@ -1,0 +1,111 @@
+#include "Tabrino.Formula.Builtins.h"
+
+#include <absl/container/flat_hash_map.h>
+
+#include <chrono>
+#include <ctime>
+
+#include "Tabrino.Formula.Functions.h"
+#include "Tabrino.TextUtil.h"
+
+namespace Tabrino {
+
+TFormulaArg TFormulaArg::FromScalar(TCellValue Value) {
+  TFormulaArg A;
+  A.Scalar = std::move(Value);
+  return A;
+}
+
+TFormulaArg TFormulaArg::FromRange(TCellArray Cells, int32_t Rows, int32_t Cols) {
+  TFormulaArg A;
+  A.IsRange = true;
+  A.Cells = std::move(Cells);
+  A.RowCount = Rows;
+  A.ColCount = Cols;
+  return A;
+}
+
+TFormulaArg TFormulaArg::FromLambda(std::shared_ptr<ILambdaClosure> Closure) {
+  TFormulaArg A;
+  A.IsLambda = true;
+  A.Lambda = std::move(Closure);
+  return A;
+}
+
+TCellValue TFormulaArg::First() const {
+  if (IsLambda) return {};
+  if (IsRange) return Cells.empty() ? TCellValue() : Cells[0];
+  return Scalar;
+}
+
+TCellValue TFormulaArg::CellAt(int32_t Row, int32_t Col) const {
+  if (!IsRange) return Scalar;
+  if (Row < 0 || Col < 0 || Row >= RowCount || Col >= ColCount) return TCellValue::FromError(ceRef);
+  size_t Index = static_cast<size_t>(Row) * ColCount + Col;
+  return Index < Cells.size() ? Cells[Index] : TCellValue::FromError(ceRef);
+}
+
+TFormulaArg AsRangeArg(const TFormulaArg& Arg) {
+  if (Arg.IsRange) return Arg;
+  TFormulaArg R = TFormulaArg::FromRange(std::vector<TCellValue>{Arg.Scalar}, 1, 1);
+  return R;
+}
+
+double SystemClockSerial() {
+  using namespace std::chrono;
+  std::time_t Now = system_clock::to_time_t(system_clock::now());
+  std::tm Local{};
+  localtime_r(&Now, &Local);
+  // Days from 1899-12-30 to the local calendar date, plus the time of day.
+  auto Days = sys_days{year{Local.tm_year + 1900} / month(unsigned(Local.tm_mon + 1)) / day(unsigned(Local.tm_mday))};
+  auto Epoch = sys_days{year{1899} / December / day{30}};
+  double Serial = (Days - Epoch).count();
+  return Serial + (Local.tm_hour * 3600 + Local.tm_min * 60 + Local.tm_sec) / 86400.0;
+}
+
+std::string CanonicalFunctionName(std::string_view Name) {
+  std::string Upper = UpperAscii(ReplaceAll(TrimBlanks(Name), "$", ""));
+  for (std::string_view Prefix : {"_XLFN._XLWS.", "_XLFN.", "_XLPM.", "COM.MICROSOFT."}) {
+    if (StartsWith(Upper, Prefix)) return Upper.substr(Prefix.size());
+  }
+  return Upper;
+}
+
+namespace {
+
+using TFunctionIndex = absl::flat_hash_map<std::string_view, const TFunctionDef*>;
+
+const TFunctionIndex& Index() {
+  static const TFunctionIndex Built = [] {
+    TFunctionIndex I;
+    for (auto Family : {AggregateFunctions(), CriteriaFunctions(), LogicalFunctions(), InformationFunctions(),
+                        MathFunctions(), TextFunctions(), DateFunctions(), LookupFunctions(), FinancialFunctions()})
+      for (const TFunctionDef& Def : Family) I.emplace(Def.Name, &Def);
+    return I;
+  }();
+  return Built;
+}
+
+}  // namespace
+
+const TFunctionDef* FindFunction(std::string_view CanonicalName) {
+  auto It = Index().find(CanonicalName);
+  return It == Index().end() ? nullptr : It->second;
+}
+
+std::vector<const TFunctionDef*> AllFunctions() {
+  std::vector<const TFunctionDef*> All;
+  for (const auto& [Name, Def] : Index()) All.push_back(Def);
+  return All;
+}
+
+TCellValue EvaluateFunction(std::string_view Name, std::span<const TFormulaArg> Args, const TFormulaContext& Context) {
+  std::string Canonical = CanonicalFunctionName(Name);
+  const TFunctionDef* Def = FindFunction(Canonical);
+  if (!Def) return TCellValue::FromError(ceName);
+  int Count = static_cast<int>(Args.size());
+  if (Count < Def->MinArgs || (Def->MaxArgs >= 0 && Count > Def->MaxArgs)) return TCellValue::FromError(ceValue);
+  return Def->Invoke(TFunctionCall{Def->Name, Args, Context});
+}
+
+}  // namespace Tabrino

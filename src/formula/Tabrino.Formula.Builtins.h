@@ -1,0 +1,129 @@
+// The currency of built-in functions: evaluated arguments (TFormulaArg), the
+// per-call context, the function table every family declares, and the
+// dispatcher built from those tables.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Tabrino.Types.h"
+
+namespace Tabrino {
+
+class TWorkbook;
+class TWorksheet;
+class TTabrinoStyleSheet;
+class ILambdaClosure;
+
+// Cells of a range argument, row by row. Shared and immutable once built, so
+// that passing an argument around never copies its cells.
+class TCellArray {
+ public:
+  TCellArray() = default;
+  TCellArray(std::vector<TCellValue> Cells)  // NOLINT: a vector reads naturally as a cell array
+      : FCells(std::make_shared<const std::vector<TCellValue>>(std::move(Cells))) {}
+  size_t size() const { return FCells ? FCells->size() : 0; }
+  bool empty() const { return size() == 0; }
+  const TCellValue& operator[](size_t I) const { return (*FCells)[I]; }
+  const TCellValue* begin() const { return FCells ? FCells->data() : nullptr; }
+  const TCellValue* end() const { return FCells ? FCells->data() + FCells->size() : nullptr; }
+
+ private:
+  std::shared_ptr<const std::vector<TCellValue>> FCells;
+};
+
+struct TFormulaArg {
+  bool IsRange = false;
+  bool IsLambda = false;
+  TCellValue Scalar;
+  TCellArray Cells;
+  int32_t RowCount = 0;
+  int32_t ColCount = 0;
+  int32_t OriginCol = 0;
+  int32_t OriginRow = 0;
+  int32_t OriginSheetIndex = -1;
+  bool HasOrigin = false;
+  std::shared_ptr<ILambdaClosure> Lambda;
+  bool AsTable = false;
+  bool AsTableHasHeader = false;
+
+  static TFormulaArg FromScalar(TCellValue Value);
+  static TFormulaArg FromRange(TCellArray Cells, int32_t Rows, int32_t Cols);
+  static TFormulaArg FromLambda(std::shared_ptr<ILambdaClosure> Closure);
+  static TFormulaArg FromError(TCellErrorCode Code) { return FromScalar(TCellValue::FromError(Code)); }
+  // The scalar, or the first cell, or empty for an empty range or a lambda.
+  TCellValue First() const;
+  // 0-based. A scalar answers for every index; a range gives ceRef outside itself.
+  TCellValue CellAt(int32_t Row, int32_t Col) const;
+  // Number of values: cells of a range, 1 otherwise.
+  size_t ValueCount() const { return IsRange ? Cells.size() : 1; }
+};
+
+// Wall clock as a date serial (days since 1899-12-30, local time). Replaceable
+// so that tests and hosts can pin TODAY and NOW.
+using TClockFunc = std::function<double()>;
+double SystemClockSerial();
+
+struct TFormulaContext {
+  TWorksheet* Sheet = nullptr;
+  int32_t SheetIndex = 0;
+  const TTabrinoStyleSheet* StyleSheet = nullptr;
+  TWorkbook* Workbook = nullptr;
+  int32_t EvalCol = 0;
+  int32_t EvalRow = 0;
+  const TClockFunc* Clock = nullptr;
+
+  double Now() const { return Clock && *Clock ? (*Clock)() : SystemClockSerial(); }
+};
+
+// One call of a built-in: its canonical name, evaluated arguments and context.
+struct TFunctionCall {
+  std::string_view Name;
+  std::span<const TFormulaArg> Args;
+  const TFormulaContext& Context;
+
+  size_t Count() const { return Args.size(); }
+  const TFormulaArg& operator[](size_t I) const { return Args[I]; }
+};
+
+enum TFunctionFlag : uint8_t { fnNone = 0, fnVolatile = 1, fnReturnsArray = 2 };
+
+using TScalarFunction = TCellValue (*)(const TFunctionCall& Call);
+
+// One row of a family's function table. Too few or too many arguments give
+// ceValue before the implementation runs. MaxArgs -1 means unbounded.
+struct TFunctionDef {
+  const char* Name;
+  int16_t MinArgs;
+  int16_t MaxArgs;
+  uint8_t Flags;
+  TScalarFunction Invoke;
+};
+
+// Trim, drop "$", upper-case, strip the "_XLFN._XLWS.", "_XLFN.", "_XLPM." and
+// "COM.MICROSOFT." prefixes.
+std::string CanonicalFunctionName(std::string_view Name);
+
+// The core built-ins. A name no table knows gives ceName.
+TCellValue EvaluateFunction(std::string_view Name, std::span<const TFormulaArg> Args, const TFormulaContext& Context);
+// The table row of a canonical name, or nullptr.
+const TFunctionDef* FindFunction(std::string_view CanonicalName);
+// Every registered function, for listings.
+std::vector<const TFunctionDef*> AllFunctions();
+
+// A scalar becomes a 1 by 1 range; a range is returned as it is.
+TFormulaArg AsRangeArg(const TFormulaArg& Arg);
+
+// Implicit intersection of an evaluated argument with the cell being
+// evaluated. A non-range gives its value, a range without origin its First.
+// A range with origin: a single cell is itself; a column gives its cell in
+// EvalRow, a row its cell in EvalCol, a block the cell at both; no such cell
+// gives ceValue.
+TCellValue ImplicitIntersect(const TFormulaArg& Arg, int32_t EvalCol, int32_t EvalRow);
+
+}  // namespace Tabrino

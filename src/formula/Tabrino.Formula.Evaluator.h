@@ -1,0 +1,94 @@
+// Evaluates formulas by walking their trees over a workbook it does not own.
+// The only writer of cached results. A host creates one on a workbook and
+// tells it of changes; the workbook holds no reference back.
+#pragma once
+
+#include <absl/container/flat_hash_set.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Tabrino.Formula.Builtins.h"
+#include "Tabrino.Formula.TreeCache.h"
+#include "Tabrino.Workbook.h"
+
+namespace Tabrino {
+
+// A cell of a workbook: sheet index, column, row.
+struct TSheetCellKey {
+  int32_t Sheet;
+  int32_t Col;
+  int32_t Row;
+  bool operator==(const TSheetCellKey&) const = default;
+  template <typename H>
+  friend H AbslHashValue(H State, const TSheetCellKey& K) {
+    return H::combine(std::move(State), K.Sheet, K.Col, K.Row);
+  }
+};
+
+class TFormulaEvaluator {
+ public:
+  TWorkbook* FWorkbook;
+  absl::flat_hash_set<TSheetCellKey> FVisiting;
+  absl::flat_hash_set<std::string> FVisitingNames;
+  // The cell whose evaluation started last: the anchor of implicit
+  // intersection, ROW(), COLUMN() and bare table columns. Deliberately not
+  // restored after a nested evaluation.
+  int32_t FEvalCol = 0;
+  int32_t FEvalRow = 0;
+  // Replaces the system clock for TODAY and NOW when set.
+  TClockFunc FClock;
+
+  explicit TFormulaEvaluator(TWorkbook& Workbook) : FWorkbook(&Workbook) {}
+  TFormulaEvaluator(const TFormulaEvaluator&) = delete;
+  TFormulaEvaluator& operator=(const TFormulaEvaluator&) = delete;
+
+  // The cell's value; for a formula it is evaluated now and its cache read back.
+  TCellValue EvaluateCell(int32_t SheetIndex, int32_t Col, int32_t Row);
+  // Evaluates formula text in scalar context on a sheet (negative: the active one).
+  TCellValue Evaluate(std::string_view FormulaText, int32_t SheetIndex);
+  // How every reference reads a cell: a cached formula result however old, or
+  // a first evaluation when there is none.
+  TCellValue GetRawCellValue(int32_t SheetIndex, int32_t Col, int32_t Row);
+  void WriteCache(int32_t SheetIndex, int32_t Col, int32_t Row, const TCellValue& Value);
+  void EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int32_t Row);
+
+  TWorksheet* ResolveSheet(int32_t SheetIndex, std::string_view Name) const;
+  int32_t ResolveSheetIndex(int32_t SheetIndex, std::string_view Name) const;
+  bool ResolveTableColumn(int32_t SheetIndex, std::string_view TableName, std::string_view ColumnName,
+                          int32_t& TableSheetIndex, TCellRange& Range) const;
+
+  // The walkers: scalar context, scalar with ranges intersected, function
+  // argument (keeps ranges and origins), and array context (root of a formula).
+  TCellValue EvalNode(const TAstNode* Node, int32_t SheetIndex);
+  TCellValue EvalToScalar(const TAstNode* Node, int32_t SheetIndex);
+  TFormulaArg EvalArg(const TAstNode* Node, int32_t SheetIndex);
+  TFormulaArg EvalNodeArg(const TAstNode* Node, int32_t SheetIndex);
+
+  TCellValue ImplicitIntersectRange(const TAstNode* Node, int32_t SheetIndex);
+  TCellValue ImplicitIntersectArg(const TFormulaArg& Arg) const;
+  TCellValue EvalNamedFormula(std::string_view Name, int32_t SheetIndex);
+  TCellValue EvalIndirectRef(std::string_view Text, int32_t SheetIndex);
+  TFormulaArg EvalOffsetRef(std::span<const TFormulaArg> Args, int32_t SheetIndex);
+  TFormulaArg EvalComparisonArg(const TAstNode* Node, int32_t SheetIndex);
+  static TFormulaArg NegateArg(const TFormulaArg& Arg);
+
+ private:
+  TFormulaContext MakeContext(int32_t SheetIndex) const;
+  TCellValue EvalFunction(const TAstNode* Node, int32_t SheetIndex);
+  // A special form's result, or false when Name is none or has too few arguments.
+  bool TryEvalSpecialForm(const std::string& Name, const TAstNode* Node, int32_t SheetIndex, TCellValue& Result);
+  TCellValue EvalBinary(const TAstNode* Node, int32_t SheetIndex);
+  TCellValue EvalUnary(const TAstNode* Node, int32_t SheetIndex);
+  std::vector<TFormulaArg> EvalArgs(const TAstNode* Node, int32_t SheetIndex);
+  // Cells of a range on a sheet, whole rows and columns cut to the used bounds.
+  TFormulaArg ReadRange(int32_t SheetIndex, TCellRange Range, bool ClipToUsed);
+  TCellValue ReadRangeCellAtAnchor(int32_t SheetIndex, const TCellRange& Range);
+
+  TFormulaTreeCache FTrees;
+};
+
+}  // namespace Tabrino

@@ -1,0 +1,122 @@
+// Shared by the function family files: their tables and the argument
+// conversions, so that each function body states only its own rule.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "Tabrino.Formula.Builtins.h"
+#include "Tabrino.Formula.Values.h"
+#include "Tabrino.Utf16.h"
+
+namespace Tabrino {
+
+// One table per family; the dispatcher's hash table is built from these.
+std::span<const TFunctionDef> AggregateFunctions();
+std::span<const TFunctionDef> CriteriaFunctions();
+std::span<const TFunctionDef> LogicalFunctions();
+std::span<const TFunctionDef> InformationFunctions();
+std::span<const TFunctionDef> MathFunctions();
+std::span<const TFunctionDef> TextFunctions();
+std::span<const TFunctionDef> DateFunctions();
+std::span<const TFunctionDef> LookupFunctions();
+std::span<const TFunctionDef> FinancialFunctions();
+
+inline TCellValue Num(double V) { return TCellValue::FromNumber(V); }
+inline TCellValue Err(TCellErrorCode Code) { return TCellValue::FromError(Code); }
+inline TCellValue Bool(bool V) { return TCellValue::FromBoolean(V); }
+inline TCellValue Text(std::string V) { return TCellValue::FromText(std::move(V)); }
+
+// Number of an argument: AsNumber of its First.
+inline bool ArgNumber(const TFormulaArg& Arg, double& Number) { return AsNumber(Arg.First(), Number); }
+// Integer arguments are truncated toward zero.
+inline bool ArgInteger(const TFormulaArg& Arg, double& Number) {
+  if (!ArgNumber(Arg, Number)) return false;
+  Number = std::trunc(Number);
+  return true;
+}
+// An optional argument: Default when absent, else as ArgNumber / ArgInteger.
+inline bool OptArgNumber(const TFunctionCall& Call, size_t Index, double Default, double& Number) {
+  if (Index >= Call.Count()) {
+    Number = Default;
+    return true;
+  }
+  return ArgNumber(Call[Index], Number);
+}
+inline bool OptArgInteger(const TFunctionCall& Call, size_t Index, double Default, double& Number) {
+  if (!OptArgNumber(Call, Index, Default, Number)) return false;
+  Number = std::trunc(Number);
+  return true;
+}
+inline std::string ArgText(const TFormulaArg& Arg) { return Arg.First().ToDisplayString(); }
+
+// Text results are capped at this many UTF-16 units, as in other spreadsheets;
+// the cap also keeps a formula from building enormous strings.
+inline constexpr size_t MaxTextUnits = 32767;
+// The text, or #VALUE! beyond the cap.
+inline TCellValue TextResult(std::string V) {
+  return V.size() > MaxTextUnits && Utf16Length(V) > MaxTextUnits ? Err(ceValue) : Text(std::move(V));
+}
+inline bool ArgTruthy(const TFormulaArg& Arg) { return ValueIsTruthy(Arg.First()); }
+
+// The values of one argument in order: a range's cells row by row, else the
+// scalar alone (nothing for a lambda).
+inline std::span<const TCellValue> ArgValues(const TFormulaArg& Arg) {
+  if (Arg.IsRange) return {Arg.Cells.begin(), Arg.Cells.size()};
+  if (Arg.IsLambda) return {};
+  return {&Arg.Scalar, 1};
+}
+
+// Whether Value's display text equals Text ignoring case. Builds no text for
+// empty, text and boolean values, nor for a finite number when Text cannot be
+// its general form, which starts with a digit or "-": lookups and criteria
+// call this once per cell.
+inline bool DisplayEqualsNoCase(const TCellValue& Value, std::string_view Text) {
+  switch (Value.Kind) {
+    case cvkEmpty: return Text.empty();
+    case cvkText: return EqualsNoCase(Value.Text, Text);
+    case cvkBoolean: return EqualsNoCase(Value.BooleanValue ? "TRUE" : "FALSE", Text);
+    case cvkNumber: {
+      bool MayBeNumber = !Text.empty() && ((Text.front() >= '0' && Text.front() <= '9') || Text.front() == '-');
+      if (std::isfinite(Value.Number) && !MayBeNumber) return false;
+      return EqualsNoCase(GeneralNumberText(Value.Number), Text);
+    }
+    default: return EqualsNoCase(Value.ToDisplayString(), Text);
+  }
+}
+
+// A value to look for, converted once for a walk over many cells. A cell is
+// the same value when both convert to equal numbers, or, where either does
+// not convert, when their display texts are equal ignoring case.
+struct TLookupKey {
+  bool IsNumber = false;
+  double Number = 0;
+  std::string Text;
+
+  explicit TLookupKey(const TCellValue& Value) : Text(Value.ToDisplayString()) { IsNumber = AsNumber(Value, Number); }
+  // The cell's number when both sides are numeric: only then do numbers decide.
+  bool BothNumeric(const TCellValue& Cell, double& CellNumber) const { return IsNumber && AsNumber(Cell, CellNumber); }
+  bool Matches(const TCellValue& Cell) const {
+    double CellNumber;
+    if (BothNumeric(Cell, CellNumber)) return CellNumber == Number;
+    return DisplayEqualsNoCase(Cell, Text);
+  }
+};
+
+// Every value of every argument in order: a range contributes its cells row
+// by row, anything else its scalar.
+template <typename F>
+void ForEachFlat(std::span<const TFormulaArg> Args, F&& Visit) {
+  for (const TFormulaArg& Arg : Args) {
+    if (Arg.IsRange) {
+      for (const TCellValue& V : Arg.Cells) Visit(V);
+    } else if (!Arg.IsLambda) {
+      Visit(Arg.Scalar);
+    }
+  }
+}
+
+}  // namespace Tabrino
