@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "FunctionTestSupport.h"
 #include "Tabrino.FormatSettings.h"
 
@@ -57,6 +59,17 @@ TEST(Criteria, OperandReadsUnderTheLocale) {
       {"COUNTIF", {Cells, "1,5"}, V(2)},
       {"COUNTIF", {Cells, ">1,5"}, V(1)},
       {"COUNTIF", {Cells, "1.5"}, V(0)},
+  });
+}
+
+TEST(Criteria, NumbersWithoutADigitShowAsText) {
+  const double Inf = std::numeric_limits<double>::infinity();
+  TFormulaArg Cells = Column({V(Inf), V(-Inf), V(5)});
+  ExpectCases({
+      {"COUNTIF", {Cells, "inf"}, V(1)},
+      {"COUNTIF", {Cells, "-INF"}, V(1)},
+      {"COUNTIF", {Cells, "<>INF"}, V(2)},
+      {"COUNTIF", {Cells, ">4"}, V(2)},
   });
 }
 
