@@ -102,7 +102,7 @@ struct TTaggedSection {
 
 bool ColorOfTag(std::string_view Lower, uint32_t& Color) {
   static constexpr std::pair<std::string_view, uint32_t> Named[] = {
-      {"red", 0xFFFF0000},   {"blue", 0xFF0000FF},   {"green", 0xFF008000}, {"black", 0xFF000000},
+      {"red", Red},          {"blue", 0xFF0000FF},   {"green", 0xFF008000}, {"black", Black},
       {"white", 0xFFFFFFFF}, {"yellow", 0xFFFFFF00}, {"cyan", 0xFF00FFFF},  {"magenta", 0xFFFF00FF}};
   for (const auto& [Name, Value] : Named) {
     if (Lower == Name) {
