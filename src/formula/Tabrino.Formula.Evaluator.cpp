@@ -238,12 +238,7 @@ TCellValue TFormulaEvaluator::ImplicitIntersectRange(const TAstNode* Node, int32
 }
 
 TCellValue TFormulaEvaluator::ImplicitIntersectArg(const TFormulaArg& Arg) const {
-  if (!Arg.IsRange) return Arg.Scalar;
-  if (!Arg.HasOrigin) return Arg.First();
-  TCellRange Range{Arg.OriginCol, Arg.OriginRow, Arg.OriginCol + Arg.ColCount - 1, Arg.OriginRow + Arg.RowCount - 1};
-  int32_t Col, Row;
-  if (!IntersectAnchor(Range, FEvalCol, FEvalRow, Col, Row)) return TCellValue::FromError(ceValue);
-  return Arg.CellAt(Row - Arg.OriginRow, Col - Arg.OriginCol);
+  return ImplicitIntersect(Arg, FEvalCol, FEvalRow);
 }
 
 TCellValue TFormulaEvaluator::EvalIndirectRef(std::string_view Text, int32_t SheetIndex) {
