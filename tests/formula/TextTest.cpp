@@ -172,12 +172,13 @@ TEST(Text, ValueAndText) {
       {"VALUE", {""}, E(ceValue)},
       {"VALUE", {Blank()}, V(0)},
       {"VALUE", {E(ceNA)}, E(ceValue)},
+      {"TEXT", {1234.5, "#,##0.00"}, V("1,234.50")},
+      {"TEXT", {"1234.5", "0.0"}, V("1234.5")},
+      {"TEXT", {Blank(), "0.0"}, V("0.0")},
+      {"TEXT", {45351, "yyyy-mm-dd"}, V("2024-02-29")},
       {"TEXT", {"abc", "0.00"}, V("abc")},
       {"TEXT", {true, "0"}, V("TRUE")},
   });
-  // Numbers and numeric texts go through the number formatter.
-  EXPECT_EQ(Call("TEXT", {12.5, "General"}), Call("TEXT", {"12.5", "General"}));
-  EXPECT_EQ(Call("TEXT", {12.5, "General"}).Kind, cvkText);
 }
 
 TEST(Text, CharAndCodeSpeakWindows1252) {
