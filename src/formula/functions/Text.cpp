@@ -1,6 +1,7 @@
 // Text built-ins. They read the display text of each argument's first value
 // (CONCAT and TEXTJOIN read every cell of a range) and count in UTF-16 units,
 // so an emoji is two characters long as users of spreadsheets expect.
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -209,9 +210,11 @@ TCellValue FnReplace(const TFunctionCall& C) {
   return Out.Result();
 }
 
+// A cell holding an overflowed number gives #NUM!, not the infinity.
 TCellValue FnValue(const TFunctionCall& C) {
   double N;
-  return ArgNumber(C[0], N) ? Num(N) : Err(ceValue);
+  if (!ArgNumber(C[0], N)) return Err(ceValue);
+  return std::isfinite(N) ? Num(N) : Err(ceNum);
 }
 
 // Numbers, and texts that read as numbers, are formatted; any other value
