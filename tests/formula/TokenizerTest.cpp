@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "Tabrino.FormatSettings.h"
 #include "Tabrino.Formula.Tokenizer.h"
 #include "Tabrino.Types.h"
 
@@ -171,6 +172,13 @@ TEST(Tokenizer, NumbersAndStrings) {
   EXPECT_EQ(TwoDots.Kind, ftNumber);
   EXPECT_EQ(TwoDots.Text, "1.2.3");
   EXPECT_EQ(TwoDots.Number, 0);
+  {
+    TFormatSettings Comma;
+    Comma.DecimalSeparator = ",";
+    Comma.ThousandSeparator = ".";
+    TFormatSettingsScope Scope(Comma);
+    EXPECT_EQ(Only("12.5").Number, 12.5) << "formula text always uses the dot";
+  }
   // No exponent syntax: 1E5 is the number 1 and the cell E5.
   EXPECT_EQ(KindsAndTexts("1E5"), "ftNumber 1 | ftCellRef E5");
 
