@@ -75,8 +75,11 @@ bool Tokenize(std::string_view Text, const std::string& DateSeparator, std::vect
   return true;
 }
 
+// ":" always; the settings' own separator only where it cannot be read as
+// the date separator.
 bool IsTimeSeparator(const TDateToken& T, const TFormatSettings& Settings) {
-  return T.Kind == dtkSeparator && (T.Text == ":" || T.Text == Settings.TimeSeparator);
+  bool Own = T.Text == Settings.TimeSeparator && Settings.TimeSeparator != Settings.DateSeparator;
+  return T.Kind == dtkSeparator && (T.Text == ":" || Own);
 }
 
 // Where the time starts: the first number followed by a time separator.

@@ -194,9 +194,13 @@ TEST(DateParse, NumericDatesFollowTheLocaleOrder) {
   TFormatSettings Dmy;
   Dmy.DateOrder = doDMY;
   Dmy.DateSeparator = ".";
+  Dmy.TimeSeparator = ".";
   {
     TFormatSettingsScope Scope(Dmy);
-    ExpectParses({{"5.3.2024", EncodeDate(2024, 3, 5)}, {"5/3", EncodeDate(2024, 3, 5)}, {"2024-03-05", 45356}});
+    ExpectParses({{"5.3.2024", EncodeDate(2024, 3, 5)},
+                  {"5.3.2024 6:00", EncodeDate(2024, 3, 5) + 0.25},
+                  {"5/3", EncodeDate(2024, 3, 5)},
+                  {"2024-03-05", 45356}});
   }
   TFormatSettings Ymd;
   Ymd.DateOrder = doYMD;
