@@ -1,0 +1,267 @@
+#include "Tabrino.Formula.DependencyGraph.h"
+
+#include <absl/container/flat_hash_set.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <deque>
+
+namespace Tabrino {
+
+namespace {
+
+// Buckets of 16 columns by 1024 rows: a long column range touches one bucket
+// per thousand rows, and a lookup scans only the ranges near the cell.
+constexpr int32_t ColBlockShift = 4;
+constexpr int32_t RowBlockShift = 10;
+// A range over more buckets than this is kept in its sheet's scanned list.
+constexpr int64_t MaxBucketsPerRange = 4096;
+
+bool ParseInt(std::string_view Text, int32_t& Value) {
+  const char* End = Text.data() + Text.size();
+  auto [Ptr, Error] = std::from_chars(Text.data(), End, Value);
+  return Error == std::errc() && Ptr == End;
+}
+
+int64_t BucketCount(const TCellRange& R) {
+  const int64_t Cols = (R.EndCol >> ColBlockShift) - (R.StartCol >> ColBlockShift) + 1;
+  const int64_t Rows = (R.EndRow >> RowBlockShift) - (R.StartRow >> RowBlockShift) + 1;
+  return Cols * Rows;
+}
+
+}  // namespace
+
+void TFormulaDependencies::AddRange(int32_t Sheet, const TCellRange& Range) {
+  const TCellRange R = Range.Normalize();
+  if (R.StartCol == R.EndCol && R.StartRow == R.EndRow) {
+    AddCell({Sheet, R.StartCol, R.StartRow});
+  } else {
+    Ranges.push_back({Sheet, R});
+  }
+}
+
+std::string CellKey(int32_t SheetIndex, int32_t Col, int32_t Row) {
+  return fmt::format("{}!{},{}", SheetIndex, Col, Row);
+}
+
+bool ParseKey(std::string_view Key, int32_t& SheetIndex, int32_t& Col, int32_t& Row) {
+  SheetIndex = -1;
+  Col = Row = 0;
+  const size_t Bang = Key.find('!');
+  const size_t Comma = Key.find(',');
+  if (Bang == std::string_view::npos || Comma == std::string_view::npos || Comma < Bang) return false;
+  if (!ParseInt(Key.substr(0, Bang), SheetIndex)) SheetIndex = -1;
+  if (!ParseInt(Key.substr(Bang + 1, Comma - Bang - 1), Col)) Col = 0;
+  if (!ParseInt(Key.substr(Comma + 1), Row)) Row = 0;
+  return SheetIndex >= 0 && Col > 0 && Row > 0;
+}
+
+// ---- registration --------------------------------------------------------------
+
+void TFormulaDependencyGraph::Clear() {
+  FDependencies.clear();
+  FDependents.clear();
+  FRanges.clear();
+  FFreeRangeIds.clear();
+  FRangeBuckets.clear();
+  FLargeRanges.clear();
+}
+
+void TFormulaDependencyGraph::ClearCell(const TSheetCellKey& Key) {
+  auto It = FDependencies.find(Key);
+  if (It == FDependencies.end()) return;
+  for (const TSheetCellKey& Dep : It->second.Deps.Cells) {
+    auto Readers = FDependents.find(Dep);
+    if (Readers == FDependents.end()) continue;
+    std::erase_if(Readers->second, [&](const TSheetCellKey& Reader) { return Reader == Key; });
+    if (Readers->second.empty()) FDependents.erase(Readers);
+  }
+  for (uint32_t Id : It->second.RangeIds) RemoveRangeEntry(Id);
+  FDependencies.erase(It);
+}
+
+void TFormulaDependencyGraph::SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps) {
+  ClearCell(Key);
+  TFormulaNode Node;
+  Node.Registration = FNextRegistration++;
+  absl::flat_hash_set<TSheetCellKey> SeenCells;
+  for (const TSheetCellKey& Dep : Deps.Cells) {
+    if (!SeenCells.insert(Dep).second) continue;
+    Node.Deps.Cells.push_back(Dep);
+    FDependents[Dep].push_back(Key);
+  }
+  for (const TSheetRangeKey& Range : Deps.Ranges) {
+    if (std::find(Node.Deps.Ranges.begin(), Node.Deps.Ranges.end(), Range) != Node.Deps.Ranges.end()) continue;
+    Node.Deps.Ranges.push_back(Range);
+    Node.RangeIds.push_back(AddRangeEntry(Key, Range, Node.Registration));
+  }
+  FDependencies.insert_or_assign(Key, std::move(Node));
+}
+
+const TFormulaDependencies* TFormulaDependencyGraph::FindDependencies(const TSheetCellKey& Key) const {
+  auto It = FDependencies.find(Key);
+  return It == FDependencies.end() ? nullptr : &It->second.Deps;
+}
+
+// ---- the range index -------------------------------------------------------------
+
+template <typename F>
+void TFormulaDependencyGraph::ForEachBucket(const TRangeEntry& Entry, F&& Visit) {
+  const int32_t Sheet = Entry.Range.Sheet;
+  const TCellRange& R = Entry.Range.Range;
+  if (Entry.Large) {
+    Visit(FLargeRanges, Sheet);
+    return;
+  }
+  for (int32_t RowBlock = R.StartRow >> RowBlockShift; RowBlock <= R.EndRow >> RowBlockShift; ++RowBlock)
+    for (int32_t ColBlock = R.StartCol >> ColBlockShift; ColBlock <= R.EndCol >> ColBlockShift; ++ColBlock)
+      Visit(FRangeBuckets, TBucketKey{Sheet, ColBlock, RowBlock});
+}
+
+uint32_t TFormulaDependencyGraph::AddRangeEntry(const TSheetCellKey& Formula, const TSheetRangeKey& Range,
+                                                uint64_t Registration) {
+  const TRangeEntry Entry{Formula, Range, Registration, BucketCount(Range.Range) > MaxBucketsPerRange};
+  uint32_t Id;
+  if (!FFreeRangeIds.empty()) {
+    Id = FFreeRangeIds.back();
+    FFreeRangeIds.pop_back();
+    FRanges[Id] = Entry;
+  } else {
+    Id = static_cast<uint32_t>(FRanges.size());
+    FRanges.push_back(Entry);
+  }
+  ForEachBucket(Entry, [Id](auto& Map, const auto& BucketKey) { Map[BucketKey].push_back(Id); });
+  return Id;
+}
+
+void TFormulaDependencyGraph::RemoveRangeEntry(uint32_t Id) {
+  ForEachBucket(FRanges[Id], [Id](auto& Map, const auto& BucketKey) {
+    auto It = Map.find(BucketKey);
+    if (It == Map.end()) return;
+    std::erase(It->second, Id);
+    if (It->second.empty()) Map.erase(It);
+  });
+  FFreeRangeIds.push_back(Id);
+}
+
+size_t TFormulaDependencyGraph::RangeIndexEntryCount() const {
+  size_t Count = 0;
+  for (const auto& [Key, Ids] : FRangeBuckets) Count += Ids.size();
+  for (const auto& [Sheet, Ids] : FLargeRanges) Count += Ids.size();
+  return Count;
+}
+
+uint64_t TFormulaDependencyGraph::RegistrationOf(const TSheetCellKey& Formula) const {
+  auto It = FDependencies.find(Formula);
+  return It == FDependencies.end() ? 0 : It->second.Registration;
+}
+
+// ---- queries -------------------------------------------------------------------
+
+void TFormulaDependencyGraph::GetDependents(const TSheetCellKey& Key, std::vector<TSheetCellKey>& List) const {
+  const std::vector<TSheetCellKey>* CellReaders = nullptr;
+  if (auto It = FDependents.find(Key); It != FDependents.end()) CellReaders = &It->second;
+
+  std::vector<std::pair<uint64_t, TSheetCellKey>> RangeReaders;
+  auto Scan = [&](const std::vector<uint32_t>& Ids) {
+    for (uint32_t Id : Ids) {
+      const TRangeEntry& Entry = FRanges[Id];
+      if (Entry.Range.Range.Contains(Key.Col, Key.Row)) RangeReaders.emplace_back(Entry.Registration, Entry.Formula);
+    }
+  };
+  if (auto It = FRangeBuckets.find(TBucketKey{Key.Sheet, Key.Col >> ColBlockShift, Key.Row >> RowBlockShift});
+      It != FRangeBuckets.end())
+    Scan(It->second);
+  if (auto It = FLargeRanges.find(Key.Sheet); It != FLargeRanges.end()) Scan(It->second);
+
+  if (RangeReaders.empty()) {
+    // Single-cell readers are kept in registration order already.
+    if (CellReaders) List.insert(List.end(), CellReaders->begin(), CellReaders->end());
+    return;
+  }
+  if (CellReaders)
+    for (const TSheetCellKey& Reader : *CellReaders) RangeReaders.emplace_back(RegistrationOf(Reader), Reader);
+  // One registration number per formula: sorting by it restores registration
+  // order and brings a formula's several hits together.
+  std::sort(RangeReaders.begin(), RangeReaders.end(), [](const auto& A, const auto& B) { return A.first < B.first; });
+  for (size_t I = 0; I < RangeReaders.size(); ++I)
+    if (I == 0 || RangeReaders[I].first != RangeReaders[I - 1].first) List.push_back(RangeReaders[I].second);
+}
+
+void TFormulaDependencyGraph::CollectTransitiveDependents(const TSheetCellKey& Key,
+                                                          std::vector<TSheetCellKey>& List) const {
+  absl::flat_hash_set<TSheetCellKey> Seen{Key};
+  std::deque<TSheetCellKey> Queue{Key};
+  std::vector<TSheetCellKey> Direct;
+  while (!Queue.empty()) {
+    const TSheetCellKey Current = Queue.front();
+    Queue.pop_front();
+    Direct.clear();
+    GetDependents(Current, Direct);
+    for (const TSheetCellKey& Dependent : Direct) {
+      if (!Seen.insert(Dependent).second) continue;
+      List.push_back(Dependent);
+      Queue.push_back(Dependent);
+    }
+  }
+}
+
+void TFormulaDependencyGraph::TopologicalOrder(const std::vector<TSheetCellKey>& Nodes,
+                                               std::vector<TSheetCellKey>* CycleList,
+                                               std::vector<TSheetCellKey>& Order) const {
+  Order.clear();
+  // Distinct keys become dense indexes; each remembers its dependents inside
+  // the subgraph so that the graph is queried once per key.
+  struct TNodeState {
+    TSheetCellKey Key{};
+    int64_t Repeats = 0;
+    int64_t InDegree = 0;
+    bool Output = false;
+    std::vector<int32_t> Dependents;
+  };
+  absl::flat_hash_map<TSheetCellKey, int32_t> IndexOf;
+  std::vector<TNodeState> States;
+  std::vector<int32_t> EntryIndex;
+  EntryIndex.reserve(Nodes.size());
+  for (const TSheetCellKey& Key : Nodes) {
+    auto [It, Added] = IndexOf.try_emplace(Key, static_cast<int32_t>(States.size()));
+    if (Added) States.emplace_back().Key = Key;
+    ++States[It->second].Repeats;
+    EntryIndex.push_back(It->second);
+  }
+
+  std::vector<TSheetCellKey> Direct;
+  std::vector<int64_t> DistinctDeps(States.size(), 0);
+  for (TNodeState& State : States) {
+    Direct.clear();
+    GetDependents(State.Key, Direct);
+    for (const TSheetCellKey& Dependent : Direct) {
+      auto It = IndexOf.find(Dependent);
+      if (It == IndexOf.end()) continue;
+      State.Dependents.push_back(It->second);
+      ++DistinctDeps[It->second];
+    }
+  }
+  // Every entry counts its dependencies, so a repeated entry counts them again.
+  for (size_t I = 0; I < States.size(); ++I) States[I].InDegree = DistinctDeps[I] * States[I].Repeats;
+
+  std::deque<int32_t> Queue;
+  for (int32_t Index : EntryIndex)
+    if (States[Index].InDegree == 0) Queue.push_back(Index);
+  while (!Queue.empty()) {
+    TNodeState& Current = States[Queue.front()];
+    Queue.pop_front();
+    Order.push_back(Current.Key);
+    Current.Output = true;
+    for (int32_t Dependent : Current.Dependents)
+      if (--States[Dependent].InDegree == 0) Queue.push_back(Dependent);
+  }
+
+  if (!CycleList) return;
+  CycleList->clear();
+  for (int32_t Index : EntryIndex)
+    if (!States[Index].Output) CycleList->push_back(States[Index].Key);
+}
+
+}  // namespace Tabrino

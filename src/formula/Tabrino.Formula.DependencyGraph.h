@@ -1,0 +1,129 @@
+// Which formula cells read which cells, for push-based recalculation: a change
+// re-evaluates the transitive dependents of the changed cell in topological
+// order. Keys are integer (sheet, column, row) triples; the text form
+// "sheet!col,row" exists for callers that print or parse keys.
+//
+// A single cell read is one edge. A range read is stored once, as a range,
+// in a bucketed index, so that ten thousand formulas over one long column
+// cost ten thousand index entries per bucket rather than a billion edges.
+#pragma once
+
+#include <absl/container/flat_hash_map.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Tabrino.Types.h"
+
+namespace Tabrino {
+
+// A cell of a workbook: sheet index, column, row.
+struct TSheetCellKey {
+  int32_t Sheet;
+  int32_t Col;
+  int32_t Row;
+  bool operator==(const TSheetCellKey&) const = default;
+  template <typename H>
+  friend H AbslHashValue(H State, const TSheetCellKey& K) {
+    return H::combine(std::move(State), K.Sheet, K.Col, K.Row);
+  }
+};
+
+// A rectangle of cells on one sheet, corners in order.
+struct TSheetRangeKey {
+  int32_t Sheet;
+  TCellRange Range;
+  bool operator==(const TSheetRangeKey&) const = default;
+};
+
+// What one formula reads: single cells and whole ranges, each in the order
+// first met.
+struct TFormulaDependencies {
+  std::vector<TSheetCellKey> Cells;
+  std::vector<TSheetRangeKey> Ranges;
+
+  void AddCell(const TSheetCellKey& Key) { Cells.push_back(Key); }
+  // A one-cell range is recorded as that cell.
+  void AddRange(int32_t Sheet, const TCellRange& Range);
+};
+
+// "%d!%d,%d" over sheet, column and row.
+std::string CellKey(int32_t SheetIndex, int32_t Col, int32_t Row);
+// Splits at the first "!" and the first ","; bad parts read as -1 for the
+// sheet and 0 for the others. True for sheet >= 0, col > 0, row > 0 with the
+// "," behind the "!".
+bool ParseKey(std::string_view Key, int32_t& SheetIndex, int32_t& Col, int32_t& Row);
+
+class TFormulaDependencyGraph {
+ public:
+  void Clear();
+  // Forgets what Key reads; what reads Key is untouched.
+  void ClearCell(const TSheetCellKey& Key);
+  // Replaces what Key reads. Duplicates are dropped, first occurrence kept.
+  void SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps);
+  bool HasDependencies(const TSheetCellKey& Key) const { return FDependencies.contains(Key); }
+  // What Key reads, as recorded; nullptr when nothing is.
+  const TFormulaDependencies* FindDependencies(const TSheetCellKey& Key) const;
+
+  // Appends the formulas reading Key directly, once each, oldest registration first.
+  void GetDependents(const TSheetCellKey& Key, std::vector<TSheetCellKey>& List) const;
+  // Breadth-first over the dependents of Key; each key found for the first
+  // time in this call is appended (Key itself never). List is not consulted.
+  void CollectTransitiveDependents(const TSheetCellKey& Key, std::vector<TSheetCellKey>& List) const;
+  // Kahn's algorithm over the subgraph of Nodes. Ties go by the order of
+  // Nodes, then first in, first out. Repeated entries count once each, both
+  // for their in-degree and in the queue. CycleList, when given, receives
+  // every entry of Nodes that did not reach Order: cycle members, what lies
+  // downstream of them, and repeats whose in-degree never came down.
+  void TopologicalOrder(const std::vector<TSheetCellKey>& Nodes, std::vector<TSheetCellKey>* CycleList,
+                        std::vector<TSheetCellKey>& Order) const;
+
+  size_t FormulaCount() const { return FDependencies.size(); }
+  // Entries held by the range index, for checks on its size.
+  size_t RangeIndexEntryCount() const;
+
+ private:
+  struct TFormulaNode {
+    uint64_t Registration;  // orders dependents by when they were registered
+    TFormulaDependencies Deps;
+    std::vector<uint32_t> RangeIds;
+  };
+  struct TRangeEntry {
+    TSheetCellKey Formula;
+    TSheetRangeKey Range;
+    uint64_t Registration;
+    bool Large;
+  };
+  // A bucket of the range index: sheet, column block, row block.
+  struct TBucketKey {
+    int32_t Sheet;
+    int32_t ColBlock;
+    int32_t RowBlock;
+    bool operator==(const TBucketKey&) const = default;
+    template <typename H>
+    friend H AbslHashValue(H State, const TBucketKey& K) {
+      return H::combine(std::move(State), K.Sheet, K.ColBlock, K.RowBlock);
+    }
+  };
+
+  uint32_t AddRangeEntry(const TSheetCellKey& Formula, const TSheetRangeKey& Range, uint64_t Registration);
+  void RemoveRangeEntry(uint32_t Id);
+  // Calls Visit with each bucket list a range belongs to, creating them when asked.
+  template <typename F>
+  void ForEachBucket(const TRangeEntry& Entry, F&& Visit);
+  uint64_t RegistrationOf(const TSheetCellKey& Formula) const;
+
+  absl::flat_hash_map<TSheetCellKey, TFormulaNode> FDependencies;
+  // Single-cell edges: for each read cell, its readers in registration order.
+  absl::flat_hash_map<TSheetCellKey, std::vector<TSheetCellKey>> FDependents;
+  std::vector<TRangeEntry> FRanges;
+  std::vector<uint32_t> FFreeRangeIds;
+  absl::flat_hash_map<TBucketKey, std::vector<uint32_t>> FRangeBuckets;
+  // Ranges spanning too many buckets, scanned on every query of their sheet.
+  absl::flat_hash_map<int32_t, std::vector<uint32_t>> FLargeRanges;
+  uint64_t FNextRegistration = 0;
+};
+
+}  // namespace Tabrino

@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "Tabrino.Formula.DependencyGraph.h"
+
+using namespace Tabrino;
+
+namespace {
+
+TSheetCellKey K(int32_t Col, int32_t Row, int32_t Sheet = 0) {
+  return {Sheet, Col, Row};
+}
+
+TFormulaDependencies Cells(std::initializer_list<TSheetCellKey> Keys) {
+  TFormulaDependencies Deps;
+  for (const TSheetCellKey& Key : Keys) Deps.AddCell(Key);
+  return Deps;
+}
+
+TFormulaDependencies Range(int32_t C1, int32_t R1, int32_t C2, int32_t R2, int32_t Sheet = 0) {
+  TFormulaDependencies Deps;
+  Deps.AddRange(Sheet, TCellRange::Make(C1, R1, C2, R2));
+  return Deps;
+}
+
+std::vector<TSheetCellKey> Dependents(const TFormulaDependencyGraph& Graph, const TSheetCellKey& Key) {
+  std::vector<TSheetCellKey> List;
+  Graph.GetDependents(Key, List);
+  return List;
+}
+
+}  // namespace
+
+TEST(DependencyGraph, KeyTextRoundTrip) {
+  EXPECT_EQ(CellKey(0, 2, 5), "0!2,5");
+  struct TCase {
+    const char* Text;
+    bool Ok;
+    int32_t Sheet, Col, Row;
+  };
+  for (const TCase& C : std::initializer_list<TCase>{{"0!2,5", true, 0, 2, 5},
+                                                     {"12!16384,1048576", true, 12, 16384, 1048576},
+                                                     {"x!2,5", false, -1, 2, 5},
+                                                     {"0!0,5", false, 0, 0, 5},
+                                                     {"0!2,", false, 0, 2, 0},
+                                                     {"0,2!5", false, -1, 0, 0},
+                                                     {"025", false, -1, 0, 0}}) {
+    int32_t Sheet, Col, Row;
+    EXPECT_EQ(ParseKey(C.Text, Sheet, Col, Row), C.Ok) << C.Text;
+    EXPECT_EQ(Sheet, C.Sheet) << C.Text;
+    EXPECT_EQ(Col, C.Col) << C.Text;
+    EXPECT_EQ(Row, C.Row) << C.Text;
+  }
+}
+
+TEST(DependencyGraph, DependentsInRegistrationOrderOnceEach) {
+  TFormulaDependencyGraph Graph;
+  TFormulaDependencies Both = Range(1, 1, 1, 10);
+  Both.AddCell(K(1, 5));
+  Both.AddCell(K(1, 5));
+  Graph.SetDependencies(K(2, 1), Both);
+  Graph.SetDependencies(K(3, 1), Cells({K(1, 5)}));
+  Graph.SetDependencies(K(4, 1), Range(1, 3, 2, 8));
+  EXPECT_EQ(Graph.FindDependencies(K(2, 1))->Cells.size(), 1u) << "duplicates dropped";
+  EXPECT_EQ(Dependents(Graph, K(1, 5)), (std::vector{K(2, 1), K(3, 1), K(4, 1)}));
+  EXPECT_EQ(Dependents(Graph, K(1, 9)), (std::vector{K(2, 1)}));
+  EXPECT_TRUE(Dependents(Graph, K(1, 5, 1)).empty()) << "other sheet";
+
+  // Registering again moves a formula behind the others.
+  Graph.SetDependencies(K(2, 1), Both);
+  EXPECT_EQ(Dependents(Graph, K(1, 5)), (std::vector{K(3, 1), K(4, 1), K(2, 1)}));
+
+  // Clearing a formula removes what it reads, not what reads it.
+  Graph.SetDependencies(K(9, 9), Cells({K(2, 1)}));
+  Graph.ClearCell(K(2, 1));
+  EXPECT_EQ(Dependents(Graph, K(1, 5)), (std::vector{K(3, 1), K(4, 1)}));
+  EXPECT_EQ(Dependents(Graph, K(2, 1)), (std::vector{K(9, 9)}));
+}
+
+TEST(DependencyGraph, LongRangesAreStoredOncePerBucket) {
+  TFormulaDependencyGraph Graph;
+  constexpr int32_t Formulas = 2000;
+  for (int32_t I = 1; I <= Formulas; ++I) Graph.SetDependencies(K(2, I), Range(1, 1, 1, 100000));
+  // A hundred thousand rows span 98 buckets of 1024 rows.
+  EXPECT_EQ(Graph.RangeIndexEntryCount(), size_t(Formulas) * 98);
+  std::vector<TSheetCellKey> Readers = Dependents(Graph, K(1, 54321));
+  ASSERT_EQ(Readers.size(), size_t(Formulas));
+  EXPECT_EQ(Readers.front(), K(2, 1));
+  EXPECT_EQ(Readers.back(), K(2, Formulas));
+  EXPECT_TRUE(Dependents(Graph, K(1, 100001)).empty());
+
+  // A huge block goes to the scanned list and is found all the same.
+  Graph.SetDependencies(K(5, 5), Range(2, 2, 16000, 1000000));
+  EXPECT_EQ(Dependents(Graph, K(15999, 999999)), (std::vector{K(5, 5)}));
+  for (int32_t I = 1; I <= Formulas; ++I) Graph.ClearCell(K(2, I));
+  Graph.ClearCell(K(5, 5));
+  EXPECT_EQ(Graph.RangeIndexEntryCount(), 0u);
+}
+
+TEST(DependencyGraph, TransitiveDependentsLeaveOutTheStart) {
+  TFormulaDependencyGraph Graph;
+  Graph.SetDependencies(K(2, 1), Cells({K(1, 1)}));   // B1 = A1
+  Graph.SetDependencies(K(1, 1), Cells({K(2, 1)}));   // A1 = B1
+  Graph.SetDependencies(K(3, 1), Range(2, 1, 2, 3));  // C1 = SUM(B1:B3)
+  std::vector<TSheetCellKey> List{K(7, 7)};
+  Graph.CollectTransitiveDependents(K(1, 1), List);
+  EXPECT_EQ(List, (std::vector{K(7, 7), K(2, 1), K(3, 1)}));
+}
+
+TEST(DependencyGraph, TopologicalOrderTiesAndCycles) {
+  TFormulaDependencyGraph Graph;
+  // A1 <- B1 <- C1, and D1 reading A1 directly.
+  Graph.SetDependencies(K(2, 1), Cells({K(1, 1)}));
+  Graph.SetDependencies(K(3, 1), Cells({K(2, 1)}));
+  Graph.SetDependencies(K(4, 1), Cells({K(1, 1)}));
+  std::vector<TSheetCellKey> Cycle{K(99, 99)}, Order{K(98, 98)};
+  Graph.TopologicalOrder({K(3, 1), K(1, 1), K(4, 1), K(2, 1)}, &Cycle, Order);
+  EXPECT_EQ(Order, (std::vector{K(1, 1), K(2, 1), K(4, 1), K(3, 1)})) << "nodes order, then first in first out";
+  EXPECT_TRUE(Cycle.empty());
+
+  // A cycle and everything downstream of it stay out of the order.
+  Graph.SetDependencies(K(1, 1), Cells({K(3, 1)}));
+  Graph.TopologicalOrder({K(1, 1), K(2, 1), K(3, 1), K(4, 1), K(5, 1)}, &Cycle, Order);
+  EXPECT_EQ(Order, (std::vector{K(5, 1)}));
+  EXPECT_EQ(Cycle, (std::vector{K(1, 1), K(2, 1), K(3, 1), K(4, 1)}));
+
+  // Self-reference never reaches in-degree zero.
+  Graph.SetDependencies(K(6, 1), Cells({K(6, 1)}));
+  Graph.TopologicalOrder({K(6, 1)}, &Cycle, Order);
+  EXPECT_TRUE(Order.empty());
+  EXPECT_EQ(Cycle, (std::vector{K(6, 1)}));
+}
+
+TEST(DependencyGraph, TopologicalOrderCountsRepeatedEntries) {
+  TFormulaDependencyGraph Graph;
+  Graph.SetDependencies(K(2, 1), Cells({K(1, 1)}));  // B1 = A1
+  std::vector<TSheetCellKey> Cycle, Order;
+  // A repeated dependent counts its dependency twice but is released once.
+  Graph.TopologicalOrder({K(1, 1), K(2, 1), K(2, 1)}, &Cycle, Order);
+  EXPECT_EQ(Order, (std::vector{K(1, 1)}));
+  EXPECT_EQ(Cycle, (std::vector{K(2, 1), K(2, 1)}));
+  // A repeated source is queued and released twice.
+  Graph.TopologicalOrder({K(1, 1), K(1, 1), K(2, 1)}, &Cycle, Order);
+  EXPECT_EQ(Order, (std::vector{K(1, 1), K(1, 1), K(2, 1)}));
+  EXPECT_TRUE(Cycle.empty());
+}
