@@ -41,7 +41,7 @@ Tabrino::TWorksheet& SheetOfCellText(Tabrino::TWorkbook& Book, const std::string
 Tabrino::TCellValue ValueOfInput(const std::string& Text) {
   if (!Text.empty() && Text.front() == '=') return Tabrino::TCellValue::FromFormula(Text);
   double Number;
-  if (Tabrino::TryParseLocaleFloat(Text, Number)) return Tabrino::TCellValue::FromNumber(Number);
+  if (Tabrino::TryTextToFloat(Text, Number)) return Tabrino::TCellValue::FromNumber(Number);
   return Tabrino::TCellValue::FromText(Text);
 }
 

@@ -71,41 +71,49 @@ std::string CanonicalFunctionName(std::string_view Name) {
   return Upper;
 }
 
-namespace {
-
-using TFunctionIndex = absl::flat_hash_map<std::string_view, const TFunctionDef*>;
-
-const TFunctionIndex& Index() {
-  static const TFunctionIndex Built = [] {
-    TFunctionIndex I;
-    for (auto Family : {AggregateFunctions(), CriteriaFunctions(), LogicalFunctions(), InformationFunctions(),
-                        MathFunctions(), TextFunctions(), DateFunctions(), LookupFunctions(), FinancialFunctions()})
-      for (const TFunctionDef& Def : Family) I.emplace(Def.Name, &Def);
-    return I;
-  }();
-  return Built;
+TFormulaArg TFunctionDef::Run(const TFunctionCall& Call) const {
+  return InvokeArray ? InvokeArray(Call) : TFormulaArg::FromScalar(Invoke(Call));
 }
 
-}  // namespace
+const TFunctionDef* FindCoreFunction(std::string_view CanonicalName) {
+  static const TFunctionIndex Index = BuildFunctionIndex(CoreFunctionFamilies());
+  auto It = Index.find(CanonicalName);
+  return It == Index.end() ? nullptr : It->second;
+}
 
 const TFunctionDef* FindFunction(std::string_view CanonicalName) {
-  auto It = Index().find(CanonicalName);
-  return It == Index().end() ? nullptr : It->second;
+  const TFunctionDef* Def = FindCoreFunction(CanonicalName);
+  return Def ? Def : FindExtraFunction(CanonicalName);
 }
 
 std::vector<const TFunctionDef*> AllFunctions() {
   std::vector<const TFunctionDef*> All;
-  for (const auto& [Name, Def] : Index()) All.push_back(Def);
+  for (const auto* Families : {&CoreFunctionFamilies(), &ExtraFunctionFamilies()})
+    for (std::span<const TFunctionDef> Family : *Families)
+      for (const TFunctionDef& Def : Family) All.push_back(&Def);
   return All;
+}
+
+TFunctionIndex BuildFunctionIndex(const std::vector<std::span<const TFunctionDef>>& Families) {
+  TFunctionIndex Index;
+  for (std::span<const TFunctionDef> Family : Families)
+    for (const TFunctionDef& Def : Family) Index.emplace(Def.Name, &Def);
+  return Index;
+}
+
+const std::vector<std::span<const TFunctionDef>>& CoreFunctionFamilies() {
+  static const std::vector<std::span<const TFunctionDef>> Families = {
+      AggregateFunctions(), CriteriaFunctions(), LogicalFunctions(), InformationFunctions(), MathFunctions(),
+      TextFunctions(),      DateFunctions(),     LookupFunctions(),  FinancialFunctions()};
+  return Families;
 }
 
 TCellValue EvaluateFunction(std::string_view Name, std::span<const TFormulaArg> Args, const TFormulaContext& Context) {
   std::string Canonical = CanonicalFunctionName(Name);
-  const TFunctionDef* Def = FindFunction(Canonical);
+  const TFunctionDef* Def = FindCoreFunction(Canonical);
   if (!Def) return TCellValue::FromError(ceName);
-  int Count = static_cast<int>(Args.size());
-  if (Count < Def->MinArgs || (Def->MaxArgs >= 0 && Count > Def->MaxArgs)) return TCellValue::FromError(ceValue);
-  return Def->Invoke(TFunctionCall{Def->Name, Args, Context});
+  if (!Def->AcceptsCount(Args.size())) return TCellValue::FromError(ceValue);
+  return Def->Run(TFunctionCall{Def->Name, Args, Context}).First();
 }
 
 }  // namespace Tabrino

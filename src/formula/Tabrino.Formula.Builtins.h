@@ -94,26 +94,40 @@ struct TFunctionCall {
 enum TFunctionFlag : uint8_t { fnNone = 0, fnVolatile = 1, fnReturnsArray = 2 };
 
 using TScalarFunction = TCellValue (*)(const TFunctionCall& Call);
+using TArrayFunction = TFormulaArg (*)(const TFunctionCall& Call);
 
 // One row of a family's function table. Too few or too many arguments give
-// ceValue before the implementation runs. MaxArgs -1 means unbounded.
+// ceValue before the implementation runs. MaxArgs -1 means unbounded. A
+// function that returns an array sets InvokeArray (and fnReturnsArray)
+// instead of Invoke; in scalar context its result is the array's first value.
 struct TFunctionDef {
   const char* Name;
   int16_t MinArgs;
   int16_t MaxArgs;
   uint8_t Flags;
   TScalarFunction Invoke;
+  TArrayFunction InvokeArray = nullptr;
+
+  bool AcceptsCount(size_t Count) const {
+    return int(Count) >= MinArgs && (MaxArgs < 0 || int(Count) <= MaxArgs);
+  }
+  // Runs the function in array context: an array function gives its array,
+  // a scalar one its value. The count must already be accepted.
+  TFormulaArg Run(const TFunctionCall& Call) const;
 };
 
 // Trim, drop "$", upper-case, strip the "_XLFN._XLWS.", "_XLFN.", "_XLPM." and
 // "COM.MICROSOFT." prefixes.
 std::string CanonicalFunctionName(std::string_view Name);
 
-// The core built-ins. A name no table knows gives ceName.
+// The core built-ins. A name they do not know gives ceName; the evaluator
+// then asks TryEvaluateExtra (Tabrino.Formula.Builtins.Extra.h).
 TCellValue EvaluateFunction(std::string_view Name, std::span<const TFormulaArg> Args, const TFormulaContext& Context);
-// The table row of a canonical name, or nullptr.
+// The table row of a canonical core name, or nullptr.
+const TFunctionDef* FindCoreFunction(std::string_view CanonicalName);
+// Core or extended: the table row of a canonical name, or nullptr.
 const TFunctionDef* FindFunction(std::string_view CanonicalName);
-// Every registered function, for listings.
+// Every registered function, core and extended, for listings.
 std::vector<const TFunctionDef*> AllFunctions();
 
 // A scalar becomes a 1 by 1 range; a range is returned as it is.

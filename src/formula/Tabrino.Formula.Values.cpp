@@ -7,14 +7,12 @@
 
 namespace Tabrino {
 
-bool TextToNumber(std::string_view Text, double& Number) { return TryParseLocaleFloat(Text, Number); }
-
 bool AsNumber(const TCellValue& Value, double& Number) {
   switch (Value.Kind) {
     case cvkEmpty: Number = 0; return true;
     case cvkNumber: Number = Value.Number; return true;
     case cvkBoolean: Number = Value.BooleanValue ? 1 : 0; return true;
-    case cvkText: return TextToNumber(Value.Text, Number);
+    case cvkText: return TryTextToFloat(Value.Text, Number);
     default: Number = 0; return false;
   }
 }

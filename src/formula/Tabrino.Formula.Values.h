@@ -13,9 +13,6 @@ namespace Tabrino {
 // Empty is 0, booleans 1/0, text when it reads as a number under the locale
 // (empty text fails), numbers themselves; everything else fails.
 bool AsNumber(const TCellValue& Value, double& Number);
-// Text under the locale's number rules: optional blanks and sign, digits with
-// the locale's decimal separator, an optional exponent.
-bool TextToNumber(std::string_view Text, double& Number);
 // Text: non-empty; number: non-zero (NaN too); boolean: itself; else false.
 bool ValueIsTruthy(const TCellValue& Value);
 // Numbers when both convert, else case-insensitive display texts. Returns a

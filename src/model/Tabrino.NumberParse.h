@@ -11,7 +11,5 @@ namespace Tabrino {
 // exponent ("E"/"e", optional sign, digits). No thousands separators, no
 // currency, no hexadecimal, no INF/NAN. False leaves Number untouched.
 bool TryTextToFloat(std::string_view Text, double& Number);
-// The same conversion; formula code calls it by this name.
-inline bool TryParseLocaleFloat(std::string_view Text, double& Number) { return TryTextToFloat(Text, Number); }
 
 }  // namespace Tabrino

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Tabrino.Formula.Functions.h"
+#include "Tabrino.NumberParse.h"
 
 namespace Tabrino {
 
@@ -36,7 +37,7 @@ class TCriterion {
       }
     }
     FOperand = Rest;
-    FOperandIsNumber = TextToNumber(FOperand, FNumber);
+    FOperandIsNumber = TryTextToFloat(FOperand, FNumber);
   }
 
   bool Matches(const TCellValue& Cell) const {

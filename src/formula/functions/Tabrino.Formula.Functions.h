@@ -2,11 +2,14 @@
 // conversions, so that each function body states only its own rule.
 #pragma once
 
+#include <absl/container/flat_hash_map.h>
+
 #include <cmath>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Tabrino.Formula.Builtins.h"
 #include "Tabrino.Formula.Values.h"
@@ -14,7 +17,9 @@
 
 namespace Tabrino {
 
-// One table per family; the dispatcher's hash table is built from these.
+// One table per family; the dispatchers' hash tables are built from these.
+// Core families answer first (EvaluateFunction), extended ones after
+// (TryEvaluateExtra); a name stands in exactly one table.
 std::span<const TFunctionDef> AggregateFunctions();
 std::span<const TFunctionDef> CriteriaFunctions();
 std::span<const TFunctionDef> LogicalFunctions();
@@ -24,6 +29,13 @@ std::span<const TFunctionDef> TextFunctions();
 std::span<const TFunctionDef> DateFunctions();
 std::span<const TFunctionDef> LookupFunctions();
 std::span<const TFunctionDef> FinancialFunctions();
+
+// The lists of families, core and extended (Tabrino.Formula.Builtins.Extra.cpp).
+const std::vector<std::span<const TFunctionDef>>& CoreFunctionFamilies();
+const std::vector<std::span<const TFunctionDef>>& ExtraFunctionFamilies();
+using TFunctionIndex = absl::flat_hash_map<std::string_view, const TFunctionDef*>;
+TFunctionIndex BuildFunctionIndex(const std::vector<std::span<const TFunctionDef>>& Families);
+const TFunctionDef* FindExtraFunction(std::string_view CanonicalName);
 
 inline TCellValue Num(double V) { return TCellValue::FromNumber(V); }
 inline TCellValue Err(TCellErrorCode Code) { return TCellValue::FromError(Code); }
