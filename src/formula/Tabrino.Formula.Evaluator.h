@@ -12,22 +12,11 @@
 #include <vector>
 
 #include "Tabrino.Formula.Builtins.h"
+#include "Tabrino.Formula.DependencyGraph.h"
 #include "Tabrino.Formula.TreeCache.h"
 #include "Tabrino.Workbook.h"
 
 namespace Tabrino {
-
-// A cell of a workbook: sheet index, column, row.
-struct TSheetCellKey {
-  int32_t Sheet;
-  int32_t Col;
-  int32_t Row;
-  bool operator==(const TSheetCellKey&) const = default;
-  template <typename H>
-  friend H AbslHashValue(H State, const TSheetCellKey& K) {
-    return H::combine(std::move(State), K.Sheet, K.Col, K.Row);
-  }
-};
 
 class TFormulaEvaluator {
  public:
@@ -75,6 +64,27 @@ class TFormulaEvaluator {
   TFormulaArg EvalOffsetRef(std::span<const TFormulaArg> Args, int32_t SheetIndex);
   TFormulaArg EvalComparisonArg(const TAstNode* Node, int32_t SheetIndex);
   static TFormulaArg NegateArg(const TFormulaArg& Arg);
+
+  // ---- dependencies and recalculation ----
+  // Who reads what. Filled by registration; empty after Reset until a rebuild.
+  TFormulaDependencyGraph FGraph;
+
+  // The cells and ranges a tree reads, found without evaluating anything.
+  // Whole rows and columns are cut to the sheet's used bounds of this moment.
+  void CollectDeps(const TAstNode* Node, int32_t SheetIndex, TFormulaDependencies& List) const;
+  // Records what the cell's formula reads, or forgets the cell when it holds none.
+  void RegisterCellFormula(int32_t SheetIndex, int32_t Col, int32_t Row);
+  // After a write to the cell: registers it, then re-evaluates it and its
+  // transitive dependents in order; what cannot be ordered gets #CIRC!.
+  void NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32_t Row);
+  void RebuildAllDependencies();
+  // Rebuilds the graph and re-evaluates every formula of the workbook.
+  void RecalculateAll();
+  // Recalculates the whole workbook (dependencies cross sheets) when Sheet
+  // belongs to it; otherwise nothing.
+  void RecalculateSheet(const TWorksheet* Sheet);
+  // Forgets evaluation state and the graph.
+  void Reset();
 
  private:
   TFormulaContext MakeContext(int32_t SheetIndex) const;

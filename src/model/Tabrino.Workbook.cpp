@@ -27,6 +27,7 @@ TWorksheet* TWorkbook::AddSheet(const std::string& Name) {
   Sheet->FOnChange = [this](TWorksheet& Sender, const TCellAddress& Address, const TCell& OldCell,
                             const TCell& NewCell) { SheetChanged(Sender, Address, OldCell, NewCell); };
   FSheets.push_back(std::move(Sheet));
+  if (FOnSheetAdded) FOnSheetAdded(*FSheets.back());
   return FSheets.back().get();
 }
 

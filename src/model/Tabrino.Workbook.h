@@ -18,6 +18,7 @@ namespace Tabrino {
 
 class TWorkbook;
 using TWorkbookModifiedEvent = std::function<void(TWorkbook& Sender)>;
+using TSheetAddedEvent = std::function<void(TWorksheet& Sheet)>;
 
 class TWorkbook {
  public:
@@ -31,6 +32,9 @@ class TWorkbook {
   bool FPendingModified = false;
   bool FStructureProtected = false;
   TWorkbookModifiedEvent FOnModified;
+  // Fired by AddSheet once the new sheet's FOnChange is in place, so that a
+  // listener on every sheet can hook the new one too.
+  TSheetAddedEvent FOnSheetAdded;
   std::map<std::string, std::string> FWebCache;
 
   TWorkbook() { NewWorkbook(); }

@@ -1,0 +1,137 @@
+// The evaluator's side of recalculation: walking trees for what they read,
+// keeping the dependency graph current and evaluating in dependency order.
+#include <algorithm>
+#include <vector>
+
+#include "Tabrino.Formula.Evaluator.h"
+
+namespace Tabrino {
+
+namespace {
+
+constexpr int32_t MaxRow = 1048576;
+constexpr int32_t MaxCol = 16384;
+
+// Whole rows and columns shrink to the used part of the sheet as it is now;
+// cells added beyond it later count only after the formula is registered again.
+TCellRange ClipToUsedBounds(TCellRange Range, const TWorksheet* Sheet) {
+  if (!Sheet) return Range;
+  if (Range.StartRow == 1 && Range.EndRow == MaxRow) Range.EndRow = std::max(1, Sheet->FUsedMaxRow);
+  if (Range.StartCol == 1 && Range.EndCol == MaxCol) Range.EndCol = std::max(1, Sheet->FUsedMaxCol);
+  return Range;
+}
+
+bool IsFormulaCell(const TWorksheet* Sheet, int32_t Col, int32_t Row) {
+  const TStoredCell* Cell = Sheet ? Sheet->FindCell(Col, Row) : nullptr;
+  return Cell && Cell->Kind() == cvkFormula;
+}
+
+}  // namespace
+
+void TFormulaEvaluator::CollectDeps(const TAstNode* Node, int32_t SheetIndex, TFormulaDependencies& List) const {
+  if (!Node) return;
+  switch (Node->Kind) {
+    case ankCellRef: List.AddCell({SheetIndex, Node->Col, Node->Row}); return;
+    case ankSheetRef:
+      if (int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName); Target >= 0)
+        List.AddCell({Target, Node->Col, Node->Row});
+      return;
+    case ankRange: {
+      int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName);
+      if (Target < 0) Target = SheetIndex;
+      const TCellRange Range = TCellRange{Node->Col, Node->Row, Node->Col2, Node->Row2}.Normalize();
+      List.AddRange(Target, ClipToUsedBounds(Range, FWorkbook->GetSheet(Target)));
+      return;
+    }
+    case ankTableRef: {
+      int32_t Target;
+      TCellRange Range;
+      if (ResolveTableColumn(SheetIndex, Node->Text, Node->ColumnName, Target, Range)) List.AddRange(Target, Range);
+      return;
+    }
+    case ankUnary: CollectDeps(Node->Left.get(), SheetIndex, List); return;
+    case ankBinary:
+      CollectDeps(Node->Left.get(), SheetIndex, List);
+      CollectDeps(Node->Right.get(), SheetIndex, List);
+      return;
+    case ankFunc:
+      if (Node->Args.empty()) {
+        // A bare name reads a table's data when it names one; defined names add nothing.
+        int32_t Target;
+        TCellRange Range;
+        if (ResolveTableColumn(SheetIndex, Node->Text, "", Target, Range)) List.AddRange(Target, Range);
+        return;
+      }
+      for (const auto& Arg : Node->Args) CollectDeps(Arg.get(), SheetIndex, List);
+      return;
+    default: return;  // literals, and array literals on purpose
+  }
+}
+
+void TFormulaEvaluator::RegisterCellFormula(int32_t SheetIndex, int32_t Col, int32_t Row) {
+  const TSheetCellKey Key{SheetIndex, Col, Row};
+  const TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
+  const TStoredCell* Cell = Sheet ? Sheet->FindCell(Col, Row) : nullptr;
+  if (!Cell || Cell->Kind() != cvkFormula) {
+    FGraph.ClearCell(Key);
+    return;
+  }
+  std::shared_ptr<const TAstNode> Tree = FTrees.Get(Cell->Formula());
+  // A bare table column resolves against the table holding the formula's own
+  // cell, as it will when evaluated; the anchor is put back afterwards.
+  const int32_t SavedCol = FEvalCol, SavedRow = FEvalRow;
+  FEvalCol = Col;
+  FEvalRow = Row;
+  TFormulaDependencies Deps;
+  CollectDeps(Tree.get(), SheetIndex, Deps);
+  FEvalCol = SavedCol;
+  FEvalRow = SavedRow;
+  FGraph.SetDependencies(Key, Deps);
+}
+
+void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32_t Row) {
+  RegisterCellFormula(SheetIndex, Col, Row);
+  const TSheetCellKey Key{SheetIndex, Col, Row};
+  std::vector<TSheetCellKey> Nodes{Key};
+  FGraph.CollectTransitiveDependents(Key, Nodes);
+  std::vector<TSheetCellKey> Cycle, Order;
+  FGraph.TopologicalOrder(Nodes, &Cycle, Order);
+  for (const TSheetCellKey& K : Cycle) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
+  // A changed cell that holds no formula started the walk but is not evaluated.
+  for (const TSheetCellKey& K : Order)
+    if (IsFormulaCell(FWorkbook->GetSheet(K.Sheet), K.Col, K.Row)) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
+}
+
+void TFormulaEvaluator::RebuildAllDependencies() {
+  FGraph.Clear();
+  for (int32_t SheetIndex = 0; SheetIndex < FWorkbook->SheetCount(); ++SheetIndex)
+    for (const auto& [Key, Cell] : FWorkbook->GetSheet(SheetIndex)->FCells)
+      if (Cell.Kind() == cvkFormula) RegisterCellFormula(SheetIndex, Key.Col, Key.Row);
+}
+
+void TFormulaEvaluator::RecalculateAll() {
+  RebuildAllDependencies();
+  std::vector<TSheetCellKey> Nodes;
+  for (int32_t SheetIndex = 0; SheetIndex < FWorkbook->SheetCount(); ++SheetIndex)
+    for (const auto& [Key, Cell] : FWorkbook->GetSheet(SheetIndex)->FCells)
+      if (Cell.Kind() == cvkFormula) Nodes.push_back({SheetIndex, Key.Col, Key.Row});
+  std::vector<TSheetCellKey> Cycle, Order;
+  FGraph.TopologicalOrder(Nodes, &Cycle, Order);
+  for (const TSheetCellKey& K : Cycle) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
+  for (const TSheetCellKey& K : Order) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
+}
+
+void TFormulaEvaluator::RecalculateSheet(const TWorksheet* Sheet) {
+  if (!Sheet || FWorkbook->IndexOfSheet(Sheet) < 0) return;
+  // Kept as its callers know it: a rebuild, then the whole workbook (which rebuilds again).
+  RebuildAllDependencies();
+  RecalculateAll();
+}
+
+void TFormulaEvaluator::Reset() {
+  FVisiting.clear();
+  FVisitingNames.clear();
+  FGraph.Clear();
+}
+
+}  // namespace Tabrino
