@@ -27,5 +27,6 @@ void AddFormatCommand(CLI::App& App);
 void AddConvertCommand(CLI::App& App);
 void AddTokensCommand(CLI::App& App);
 void AddParseCommand(CLI::App& App);
+void AddCalcCommand(CLI::App& App);
 
 }  // namespace TabrinoCli

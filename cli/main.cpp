@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
   AddConvertCommand(App);
   AddTokensCommand(App);
   AddParseCommand(App);
+  AddCalcCommand(App);
 
   try {
     App.parse(argc, argv);
