@@ -1,0 +1,68 @@
+// Dependency graph and recalculation: many formulas over one long column (the
+// case a per-cell edge list turns quadratic), an edit at the head of a long
+// chain, and a full recalculation of that chain.
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "Tabrino.Formula.DependencyGraph.h"
+#include "Tabrino.Formula.Evaluator.h"
+#include "Tabrino.Workbook.h"
+
+using namespace Tabrino;
+
+namespace {
+
+constexpr int32_t ColumnRows = 100000;
+constexpr int32_t RangeFormulas = 10000;
+constexpr int32_t ChainLength = 10000;
+
+// Ten thousand formulas each reading A1:A100000, registered and then asked
+// who reads one cell of the column.
+void BM_RegisterLongRanges(benchmark::State& State) {
+  TFormulaDependencies Deps;
+  Deps.AddRange(0, TCellRange::Make(1, 1, 1, ColumnRows));
+  for (auto _ : State) {
+    TFormulaDependencyGraph Graph;
+    for (int32_t Row = 1; Row <= RangeFormulas; ++Row) Graph.SetDependencies({0, 2, Row}, Deps);
+    std::vector<TSheetCellKey> Readers;
+    Graph.GetDependents({0, 1, ColumnRows / 2}, Readers);
+    benchmark::DoNotOptimize(Readers.size());
+  }
+  State.SetItemsProcessed(State.iterations() * RangeFormulas);
+}
+BENCHMARK(BM_RegisterLongRanges)->Unit(benchmark::kMillisecond);
+
+// A1 a number, A2..An each "=previous+1".
+void FillChain(TWorkbook& Book) {
+  TWorksheet& Sheet = *Book.ActiveSheet();
+  Sheet.SetCell({1, 1}, TCell::WithValue(TCellValue::FromNumber(1)));
+  for (int32_t Row = 2; Row <= ChainLength; ++Row)
+    Sheet.SetCell({1, Row}, TCell::WithValue(TCellValue::FromFormula("=A" + std::to_string(Row - 1) + "+1")));
+}
+
+void BM_NotifyHeadOfChain(benchmark::State& State) {
+  TWorkbook Book;
+  FillChain(Book);
+  TFormulaEvaluator Evaluator(Book);
+  Evaluator.RecalculateAll();
+  double Value = 1;
+  for (auto _ : State) {
+    Book.ActiveSheet()->SetCell({1, 1}, TCell::WithValue(TCellValue::FromNumber(++Value)));
+    Evaluator.NotifyCellChanged(0, 1, 1);
+  }
+  State.SetItemsProcessed(State.iterations() * ChainLength);
+}
+BENCHMARK(BM_NotifyHeadOfChain)->Unit(benchmark::kMillisecond);
+
+void BM_RecalculateAllChain(benchmark::State& State) {
+  TWorkbook Book;
+  FillChain(Book);
+  TFormulaEvaluator Evaluator(Book);
+  for (auto _ : State) Evaluator.RecalculateAll();
+  State.SetItemsProcessed(State.iterations() * ChainLength);
+}
+BENCHMARK(BM_RecalculateAllChain)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+BENCHMARK_MAIN();
