@@ -21,11 +21,6 @@ TCellRange ClipToUsedBounds(TCellRange Range, const TWorksheet* Sheet) {
   return Range;
 }
 
-bool IsFormulaCell(const TWorksheet* Sheet, int32_t Col, int32_t Row) {
-  const TStoredCell* Cell = Sheet ? Sheet->FindCell(Col, Row) : nullptr;
-  return Cell && Cell->Kind() == cvkFormula;
-}
-
 }  // namespace
 
 void TFormulaEvaluator::CollectDeps(const TAstNode* Node, int32_t SheetIndex, TFormulaDependencies& List) const {
@@ -97,9 +92,8 @@ void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32
   std::vector<TSheetCellKey> Cycle, Order;
   FGraph.TopologicalOrder(Nodes, &Cycle, Order);
   for (const TSheetCellKey& K : Cycle) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
-  // A changed cell that holds no formula started the walk but is not evaluated.
-  for (const TSheetCellKey& K : Order)
-    if (IsFormulaCell(FWorkbook->GetSheet(K.Sheet), K.Col, K.Row)) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
+  // A changed cell that holds no formula started the walk; evaluating it does nothing.
+  for (const TSheetCellKey& K : Order) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
 }
 
 void TFormulaEvaluator::RebuildAllDependencies() {
