@@ -1,73 +1,17 @@
-// The conditional aggregates and their one criteria matcher. A criterion is
-// an optional comparison operator and an operand: numbers compare as numbers
-// when both sides are numeric, everything else by display text ignoring case.
-// There are no wildcards: "a*" matches the text "a*" only.
+// The conditional aggregates, over the shared criteria matcher
+// (Tabrino.Formula.Criterion.h).
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Tabrino.Formula.Criterion.h"
 #include "Tabrino.Formula.Functions.h"
-#include "Tabrino.NumberParse.h"
 
 namespace Tabrino {
 
 namespace {
-
-enum TCriterionOp : uint8_t { coEqual, coNotEqual, coLess, coGreater, coLessEqual, coGreaterEqual };
-
-// A criterion parsed once per call, so that testing a cell converts and
-// allocates nothing beyond the cell's own number where it is text.
-class TCriterion {
- public:
-  explicit TCriterion(const TFormulaArg& Arg) {
-    std::string Source = ArgText(Arg);
-    std::string_view Rest = Source;
-    static constexpr struct {
-      std::string_view Text;
-      TCriterionOp Op;
-    } Operators[] = {{"<>", coNotEqual}, {"<=", coLessEqual}, {">=", coGreaterEqual},
-                     {"<", coLess},      {"=", coEqual},      {">", coGreater}};
-    for (const auto& [Text, Op] : Operators) {
-      if (Rest.starts_with(Text)) {
-        FOp = Op;
-        Rest.remove_prefix(Text.size());
-        break;
-      }
-    }
-    FOperand = Rest;
-    FOperandIsNumber = TryTextToFloat(FOperand, FNumber);
-  }
-
-  bool Matches(const TCellValue& Cell) const {
-    if (FOperandIsNumber) {
-      double X = Cell.Number;
-      if (Cell.Kind == cvkNumber || AsNumber(Cell, X)) return CompareNumbers(X);
-    }
-    // Orderings hold only between numbers.
-    if (FOp != coEqual && FOp != coNotEqual) return false;
-    return DisplayEqualsNoCase(Cell, FOperand) == (FOp == coEqual);
-  }
-
- private:
-  bool CompareNumbers(double X) const {
-    switch (FOp) {
-      case coEqual: return X == FNumber;
-      case coNotEqual: return X != FNumber;
-      case coLess: return X < FNumber;
-      case coGreater: return X > FNumber;
-      case coLessEqual: return X <= FNumber;
-      case coGreaterEqual: return X >= FNumber;
-    }
-    return false;
-  }
-
-  TCriterionOp FOp = coEqual;
-  std::string FOperand;
-  bool FOperandIsNumber = false;
-  double FNumber = 0;
-};
 
 // The aggregates add only cells that hold numbers.
 struct TMatchTotals {
