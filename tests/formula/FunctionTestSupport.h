@@ -4,13 +4,17 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <initializer_list>
+#include <iomanip>
 #include <ostream>
+#include <span>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Tabrino.Formula.Builtins.Extra.h"
 #include "Tabrino.Formula.Builtins.h"
 #include "Tabrino.Types.h"
 
@@ -83,11 +87,31 @@ inline TFormulaContext EvaluatedAt(int32_t Col, int32_t Row) {
   return Context;
 }
 
+// As the evaluator dispatches: the core first, then the extended families.
+inline TCellValue Dispatch(std::string_view Name, std::span<const TFormulaArg> Args, const TFormulaContext& Context) {
+  TCellValue Result = EvaluateFunction(Name, Args, Context);
+  TCellValue Extra;
+  if (Result == TCellValue::FromError(ceName) && TryEvaluateExtra(Name, Args, Context, Extra)) return Extra;
+  return Result;
+}
+
 inline TCellValue Call(std::string_view Name, std::initializer_list<TTestArg> Args,
                        const TFormulaContext& Context = {}) {
   std::vector<TFormulaArg> Evaluated;
   for (const TTestArg& A : Args) Evaluated.push_back(A.Arg);
-  return EvaluateFunction(Name, Evaluated, Context);
+  return Dispatch(Name, Evaluated, Context);
+}
+
+// The whole result of a function in array context (core or extended); a
+// count the function does not accept gives the scalar #VALUE!.
+inline TFormulaArg CallArray(std::string_view Name, std::initializer_list<TTestArg> Args,
+                             const TFormulaContext& Context = {}) {
+  std::vector<TFormulaArg> Evaluated;
+  for (const TTestArg& A : Args) Evaluated.push_back(A.Arg);
+  const TFunctionDef* Def = FindFunction(CanonicalFunctionName(Name));
+  if (!Def) return TFormulaArg::FromError(ceName);
+  if (!Def->AcceptsCount(Evaluated.size())) return TFormulaArg::FromError(ceValue);
+  return Def->Run(TFunctionCall{Def->Name, Evaluated, Context});
 }
 
 // A row of a table-driven case: the call, its arguments and the result.
@@ -123,8 +147,18 @@ inline void ExpectCases(std::initializer_list<TCallCase> Cases, const TFormulaCo
   for (const TCallCase& Case : Cases) {
     std::vector<TFormulaArg> Evaluated;
     for (const TTestArg& A : Case.Args) Evaluated.push_back(A.Arg);
-    EXPECT_EQ(EvaluateFunction(Case.Name, Evaluated, Context), Case.Expected) << Describe(Case);
+    EXPECT_EQ(Dispatch(Case.Name, Evaluated, Context), Case.Expected) << Describe(Case);
   }
+}
+
+// A number within Relative of Expected (an absolute bound when Expected is 0),
+// for results checked against independently computed references.
+inline ::testing::AssertionResult IsNear(const TCellValue& Actual, double Expected, double Relative = 1e-12) {
+  if (Actual.Kind != cvkNumber) return ::testing::AssertionFailure() << "not a number: " << Actual.ToDisplayString();
+  double Tolerance = Expected == 0 ? Relative : Relative * std::fabs(Expected);
+  if (std::fabs(Actual.Number - Expected) <= Tolerance) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << std::setprecision(17) << Actual.Number << " differs from " << Expected
+                                       << " by more than " << Tolerance;
 }
 
 }  // namespace FunctionTest
