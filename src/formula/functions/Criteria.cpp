@@ -57,39 +57,6 @@ TCellValue AverageIf(const TFunctionCall& Call) {
   return Totals.Count > 0 ? Num(Totals.Sum / Totals.Count) : Err(ceDiv0);
 }
 
-// Range and criterion pairs whose ranges all have the shape of Shape; a cell
-// index matches when the cells at that index pass every criterion.
-class TCriteriaSet {
- public:
-  TCriteriaSet(std::span<const TFormulaArg> Pairs, const TFormulaArg& Shape) {
-    FValid = Pairs.size() % 2 == 0;
-    for (size_t I = 0; FValid && I < Pairs.size(); I += 2) {
-      FValid = SameShape(Pairs[I], Shape);
-      FRanges.push_back(ArgValues(Pairs[I]));
-      FCriteria.emplace_back(Pairs[I + 1]);
-    }
-  }
-
-  bool Valid() const { return FValid; }
-  bool Matches(size_t Index) const {
-    for (size_t K = 0; K < FCriteria.size(); ++K)
-      if (!FCriteria[K].Matches(FRanges[K][Index])) return false;
-    return true;
-  }
-
- private:
-  // A scalar stands for a 1 by 1 range.
-  static bool SameShape(const TFormulaArg& A, const TFormulaArg& B) {
-    auto Rows = [](const TFormulaArg& X) { return X.IsRange ? X.RowCount : 1; };
-    auto Cols = [](const TFormulaArg& X) { return X.IsRange ? X.ColCount : 1; };
-    return Rows(A) == Rows(B) && Cols(A) == Cols(B) && ArgValues(A).size() == ArgValues(B).size();
-  }
-
-  bool FValid = false;
-  std::vector<std::span<const TCellValue>> FRanges;
-  std::vector<TCriterion> FCriteria;
-};
-
 TCellValue SumIfs(const TFunctionCall& Call) {
   TCriteriaSet Criteria(Call.Args.subspan(1), Call[0]);
   if (!Criteria.Valid()) return Err(ceValue);
