@@ -28,5 +28,7 @@ void AddConvertCommand(CLI::App& App);
 void AddTokensCommand(CLI::App& App);
 void AddParseCommand(CLI::App& App);
 void AddCalcCommand(CLI::App& App);
+void AddEvalCommand(CLI::App& App);
+void AddFunctionsCommand(CLI::App& App);
 
 }  // namespace TabrinoCli

@@ -16,6 +16,8 @@ int main(int argc, char** argv) {
   AddTokensCommand(App);
   AddParseCommand(App);
   AddCalcCommand(App);
+  AddEvalCommand(App);
+  AddFunctionsCommand(App);
 
   try {
     App.parse(argc, argv);

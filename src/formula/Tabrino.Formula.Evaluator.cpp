@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Tabrino.Formula.Builtins.Extra.h"
 #include "Tabrino.Formula.DeepStack.h"
 #include "Tabrino.Formula.Values.h"
 #include "Tabrino.TextUtil.h"
@@ -433,7 +434,10 @@ TCellValue TFormulaEvaluator::EvalFunction(const TAstNode* Node, int32_t SheetIn
   TCellValue Result;
   if (TryEvalSpecialForm(Name, Node, SheetIndex, Result)) return Result;
   std::vector<TFormulaArg> Args = EvalArgs(Node, SheetIndex);
-  return EvaluateFunction(Name, Args, MakeContext(SheetIndex));
+  const TFormulaContext Context = MakeContext(SheetIndex);
+  Result = EvaluateFunction(Name, Args, Context);
+  if (Result.Kind == cvkError && Result.ErrorCode == ceName) TryEvaluateExtra(Name, Args, Context, Result);
+  return Result;
 }
 
 TFormulaArg TFormulaEvaluator::EvalNodeArg(const TAstNode* Node, int32_t SheetIndex) {
@@ -447,6 +451,11 @@ TFormulaArg TFormulaEvaluator::EvalNodeArg(const TAstNode* Node, int32_t SheetIn
     case ankFunc:
       if (Node->Args.size() >= 3 && CanonicalFunctionName(Node->Text) == "OFFSET")
         return EvalOffsetRef(EvalArgs(Node, SheetIndex), SheetIndex);
+      if (const TFunctionDef* Def = FindFunction(CanonicalFunctionName(Node->Text));
+          Def && Def->InvokeArray && Def->AcceptsCount(Node->Args.size())) {
+        std::vector<TFormulaArg> Args = EvalArgs(Node, SheetIndex);
+        return Def->Run(TFunctionCall{Def->Name, Args, MakeContext(SheetIndex)});
+      }
       // Plain functions go straight to the scalar walker: evaluating their
       // arguments once here and again there would only double the work.
       return TFormulaArg::FromScalar(EvalNode(Node, SheetIndex));
