@@ -7,22 +7,6 @@
 
 namespace Tabrino {
 
-namespace {
-
-constexpr int32_t MaxRow = 1048576;
-constexpr int32_t MaxCol = 16384;
-
-// Whole rows and columns shrink to the used part of the sheet as it is now;
-// cells added beyond it later count only after the formula is registered again.
-TCellRange ClipToUsedBounds(TCellRange Range, const TWorksheet* Sheet) {
-  if (!Sheet) return Range;
-  if (Range.StartRow == 1 && Range.EndRow == MaxRow) Range.EndRow = std::max(1, Sheet->FUsedMaxRow);
-  if (Range.StartCol == 1 && Range.EndCol == MaxCol) Range.EndCol = std::max(1, Sheet->FUsedMaxCol);
-  return Range;
-}
-
-}  // namespace
-
 void TFormulaEvaluator::CollectDeps(const TAstNode* Node, int32_t SheetIndex, TFormulaDependencies& List) const {
   if (!Node) return;
   switch (Node->Kind) {
@@ -34,8 +18,9 @@ void TFormulaEvaluator::CollectDeps(const TAstNode* Node, int32_t SheetIndex, TF
     case ankRange: {
       int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName);
       if (Target < 0) Target = SheetIndex;
-      const TCellRange Range = TCellRange{Node->Col, Node->Row, Node->Col2, Node->Row2}.Normalize();
-      List.AddRange(Target, ClipToUsedBounds(Range, FWorkbook->GetSheet(Target)));
+      TCellRange Range = TCellRange{Node->Col, Node->Row, Node->Col2, Node->Row2}.Normalize();
+      if (const TWorksheet* Sheet = FWorkbook->GetSheet(Target)) Range = Sheet->ClipToUsedBounds(Range);
+      List.AddRange(Target, Range);
       return;
     }
     case ankTableRef: {

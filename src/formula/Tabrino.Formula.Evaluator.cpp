@@ -206,10 +206,7 @@ TFormulaArg TFormulaEvaluator::ReadRange(int32_t SheetIndex, TCellRange Range, b
   TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
   if (!Sheet) return TFormulaArg::FromError(ceRef);
   Range = Range.Normalize();
-  if (ClipToUsed) {
-    if (Range.StartRow == 1 && Range.EndRow == MaxRow) Range.EndRow = std::max(1, Sheet->FUsedMaxRow);
-    if (Range.StartCol == 1 && Range.EndCol == MaxCol) Range.EndCol = std::max(1, Sheet->FUsedMaxCol);
-  }
+  if (ClipToUsed) Range = Sheet->ClipToUsedBounds(Range);
   const int64_t Rows = int64_t(Range.EndRow) - Range.StartRow + 1;
   const int64_t Cols = int64_t(Range.EndCol) - Range.StartCol + 1;
   if (Rows * Cols > MaxRangeCells) return TFormulaArg::FromError(ceNum);

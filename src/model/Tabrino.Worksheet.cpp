@@ -40,6 +40,12 @@ void TWorksheet::RecalcUsedBounds() {
   for (const auto& [Key, Cell] : FCells) ExpandUsedBounds(Key.Col, Key.Row);
 }
 
+TCellRange TWorksheet::ClipToUsedBounds(TCellRange Range) const {
+  if (Range.StartRow == 1 && Range.EndRow == MaxRow) Range.EndRow = std::max(1, FUsedMaxRow);
+  if (Range.StartCol == 1 && Range.EndCol == MaxCol) Range.EndCol = std::max(1, FUsedMaxCol);
+  return Range;
+}
+
 TCellFormat TWorksheet::ResolveFormat(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const {
   const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
   if (!Stored) return Styles ? Styles->ResolveFormat(0) : TCellFormat::Default();

@@ -65,6 +65,9 @@ class TWorksheet {
   void UpdateUsedBounds(const TCellAddress& Address) { ExpandUsedBounds(Address.Col, Address.Row); }
   void ExpandUsedBounds(int32_t Col, int32_t Row);
   void RecalcUsedBounds();
+  // Whole rows and columns shrink to the used part of the sheet as it is now,
+  // so that A:A costs what the sheet holds, not a million cells.
+  TCellRange ClipToUsedBounds(TCellRange Range) const;
 
   TCellFormat ResolveFormat(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const;
   // A formula's cached result (empty without one); otherwise the value itself.
