@@ -29,6 +29,7 @@ std::span<const TFunctionDef> TextFunctions();
 std::span<const TFunctionDef> DateFunctions();
 std::span<const TFunctionDef> LookupFunctions();
 std::span<const TFunctionDef> FinancialFunctions();
+std::span<const TFunctionDef> LookupSearchFunctions();
 
 // The lists of families, core and extended (Tabrino.Formula.Builtins.Extra.cpp).
 const std::vector<std::span<const TFunctionDef>>& CoreFunctionFamilies();
