@@ -28,6 +28,27 @@ void FillSheet(TWorksheet& Sheet) {
     }
 }
 
+// Items per iteration and the time each costs, for every benchmark here.
+void ReportPerCell(benchmark::State& State, const char* Counter) {
+  State.SetItemsProcessed(State.iterations() * Rows * Cols);
+  State.counters[Counter] =
+      benchmark::Counter(double(Rows) * Cols, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+// Sums every cell through Read(Sheet, Col, Row).
+template <typename F>
+void ReadAll(benchmark::State& State, F Read) {
+  TWorkbook Book;
+  TWorksheet& Sheet = *Book.ActiveSheet();
+  FillSheet(Sheet);
+  for (auto _ : State) {
+    double Sum = 0;
+    for (int32_t Row = 1; Row <= Rows; ++Row)
+      for (int32_t Col = 1; Col <= Cols; ++Col) Sum += Read(Sheet, Col, Row);
+    benchmark::DoNotOptimize(Sum);
+  }
+}
+
 void BM_SetCell(benchmark::State& State) {
   double BytesPerCell = 0;
   for (auto _ : State) {
@@ -38,43 +59,21 @@ void BM_SetCell(benchmark::State& State) {
     BytesPerCell = double(HeapInUse() - Before) / Sheet.CellCount();
     benchmark::DoNotOptimize(Sheet.CellCount());
   }
-  State.SetItemsProcessed(State.iterations() * Rows * Cols);
+  ReportPerCell(State, "ns_per_set");
   State.counters["bytes_per_cell"] = BytesPerCell;
-  State.counters["ns_per_set"] =
-      benchmark::Counter(double(Rows) * Cols, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_SetCell)->Unit(benchmark::kMillisecond);
 
 void BM_GetCell(benchmark::State& State) {
-  TWorkbook Book;
-  TWorksheet& Sheet = *Book.ActiveSheet();
-  FillSheet(Sheet);
-  for (auto _ : State) {
-    double Sum = 0;
-    for (int32_t Row = 1; Row <= Rows; ++Row)
-      for (int32_t Col = 1; Col <= Cols; ++Col) Sum += Sheet.GetCellAt(Col, Row).Value.Number;
-    benchmark::DoNotOptimize(Sum);
-  }
-  State.SetItemsProcessed(State.iterations() * Rows * Cols);
-  State.counters["ns_per_get"] =
-      benchmark::Counter(double(Rows) * Cols, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  ReadAll(State, [](const TWorksheet& Sheet, int32_t Col, int32_t Row) { return Sheet.GetCellAt(Col, Row).Value.Number; });
+  ReportPerCell(State, "ns_per_get");
 }
 BENCHMARK(BM_GetCell)->Unit(benchmark::kMillisecond);
 
 // The read path of the evaluator: no TCell copy.
 void BM_FindCell(benchmark::State& State) {
-  TWorkbook Book;
-  TWorksheet& Sheet = *Book.ActiveSheet();
-  FillSheet(Sheet);
-  for (auto _ : State) {
-    double Sum = 0;
-    for (int32_t Row = 1; Row <= Rows; ++Row)
-      for (int32_t Col = 1; Col <= Cols; ++Col) Sum += Sheet.FindCell(Col, Row)->Number();
-    benchmark::DoNotOptimize(Sum);
-  }
-  State.SetItemsProcessed(State.iterations() * Rows * Cols);
-  State.counters["ns_per_find"] =
-      benchmark::Counter(double(Rows) * Cols, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  ReadAll(State, [](const TWorksheet& Sheet, int32_t Col, int32_t Row) { return Sheet.FindCell(Col, Row)->Number(); });
+  ReportPerCell(State, "ns_per_find");
 }
 BENCHMARK(BM_FindCell)->Unit(benchmark::kMillisecond);
 
