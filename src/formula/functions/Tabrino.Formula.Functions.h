@@ -30,6 +30,8 @@ std::span<const TFunctionDef> DateFunctions();
 std::span<const TFunctionDef> LookupFunctions();
 std::span<const TFunctionDef> FinancialFunctions();
 std::span<const TFunctionDef> LookupSearchFunctions();
+std::span<const TFunctionDef> AddressingFunctions();
+std::span<const TFunctionDef> CellInfoFunctions();
 
 // The lists of families, core and extended (Tabrino.Formula.Builtins.Extra.cpp).
 const std::vector<std::span<const TFunctionDef>>& CoreFunctionFamilies();
