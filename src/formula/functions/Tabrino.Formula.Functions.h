@@ -30,6 +30,7 @@ std::span<const TFunctionDef> DateFunctions();
 std::span<const TFunctionDef> LookupFunctions();
 std::span<const TFunctionDef> FinancialFunctions();
 std::span<const TFunctionDef> LookupSearchFunctions();
+std::span<const TFunctionDef> RankingFunctions();
 std::span<const TFunctionDef> AddressingFunctions();
 std::span<const TFunctionDef> CellInfoFunctions();
 
