@@ -34,10 +34,10 @@ void BM_RegisterLongRanges(benchmark::State& State) {
 BENCHMARK(BM_RegisterLongRanges)->Unit(benchmark::kMillisecond);
 
 // A1 a number, A2..An each "=previous+1".
-void FillChain(TWorkbook& Book) {
+void FillChain(TWorkbook& Book, int32_t Length = ChainLength) {
   TWorksheet& Sheet = *Book.ActiveSheet();
   Sheet.SetCell({1, 1}, TCell::WithValue(TCellValue::FromNumber(1)));
-  for (int32_t Row = 2; Row <= ChainLength; ++Row)
+  for (int32_t Row = 2; Row <= Length; ++Row)
     Sheet.SetCell({1, Row}, TCell::WithValue(TCellValue::FromFormula("=A" + std::to_string(Row - 1) + "+1")));
 }
 
@@ -63,6 +63,24 @@ void BM_RecalculateAllChain(benchmark::State& State) {
   State.SetItemsProcessed(State.iterations() * ChainLength);
 }
 BENCHMARK(BM_RecalculateAllChain)->Unit(benchmark::kMillisecond);
+
+// The last cell of a chain of a million cells that have never been
+// evaluated: every precedent is evaluated on first read, recursively, so this
+// is the deepest evaluation a workbook can ask for.
+void BM_EvaluateUncachedChainOfAMillion(benchmark::State& State) {
+  constexpr int32_t Length = 1000000;
+  for (auto _ : State) {
+    State.PauseTiming();
+    TWorkbook Book;
+    FillChain(Book, Length);
+    TFormulaEvaluator Evaluator(Book);
+    State.ResumeTiming();
+    TCellValue Last = Evaluator.EvaluateCell(0, 1, Length);
+    if (Last.Number != Length) State.SkipWithError("wrong chain value");
+  }
+  State.SetItemsProcessed(State.iterations() * Length);
+}
+BENCHMARK(BM_EvaluateUncachedChainOfAMillion)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 }  // namespace
 BENCHMARK_MAIN();
