@@ -273,16 +273,16 @@ class TRenderer {
   // Trailing zeros past the last "0" placeholder are insignificant: "#" drops
   // them and "?" leaves a blank.
   void PrepareFraction() {
-    const std::string& Spec = FP.FracPlaceholders;
-    FFraction.assign(Spec.size(), {});
+    const std::string& Placeholders = FP.FracPlaceholders;
+    FFraction.assign(Placeholders.size(), {});
     bool Significant = false;
-    for (int K = static_cast<int>(Spec.size()) - 1; K >= 0; --K) {
+    for (int K = static_cast<int>(Placeholders.size()) - 1; K >= 0; --K) {
       char Digit = FN.FracDigits[static_cast<size_t>(K)];
       if (!Significant && (K <= FP.LastFracZero || Digit != '0')) Significant = true;
       std::string& Out = FFraction[static_cast<size_t>(K)];
       if (Significant) {
         Out = std::string(1, Digit);
-      } else if (Spec[static_cast<size_t>(K)] == '?') {
+      } else if (Placeholders[static_cast<size_t>(K)] == '?') {
         Out = " ";
       }
       if (!Out.empty()) FAnyFraction = true;
