@@ -29,6 +29,7 @@ std::span<const TFunctionDef> TextFunctions();
 std::span<const TFunctionDef> DateFunctions();
 std::span<const TFunctionDef> LookupFunctions();
 std::span<const TFunctionDef> FinancialFunctions();
+std::span<const TFunctionDef> TrigonometryFunctions();
 std::span<const TFunctionDef> LookupSearchFunctions();
 std::span<const TFunctionDef> RankingFunctions();
 std::span<const TFunctionDef> AddressingFunctions();
@@ -134,5 +135,33 @@ void ForEachFlat(std::span<const TFormulaArg> Args, F&& Visit) {
     }
   }
 }
+
+// The numbers of an aggregating function's arguments: a range gives its
+// number cells only (text, booleans, empty cells and errors in it are passed
+// over, as SUM does); a value given directly converts through AsNumber. False
+// when a direct value does not convert: the function then gives #VALUE!.
+inline bool CollectNumbers(std::span<const TFormulaArg> Args, std::vector<double>& Numbers) {
+  for (const TFormulaArg& Arg : Args) {
+    if (Arg.IsRange) {
+      for (const TCellValue& V : Arg.Cells)
+        if (V.Kind == cvkNumber) Numbers.push_back(V.Number);
+    } else if (!Arg.IsLambda) {
+      double X;
+      if (!AsNumber(Arg.Scalar, X)) return false;
+      Numbers.push_back(X);
+    }
+  }
+  return true;
+}
+
+// A numeric result: an overflow or a domain fault that came back as NaN or an
+// infinity is #NUM!, never a non-finite number in a cell; -0 shows as 0.
+inline TCellValue FiniteNum(double V) {
+  return std::isfinite(V) ? Num(V + 0.0) : Err(ceNum);
+}
+
+// Array results are capped at this many cells, so that no formula can ask for
+// gigabytes (MUNIT(1E9)); beyond it a function gives #VALUE!.
+inline constexpr size_t MaxArrayCells = size_t(1) << 20;
 
 }  // namespace Tabrino
