@@ -56,7 +56,10 @@ TCellFormat TWorksheet::ResolveFormat(const TCellAddress& Address, const TTabrin
 
 TCellValue TWorksheet::GetEffectiveValue(const TCellAddress& Address) const {
   const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
-  if (!Stored) return TCellValue::Empty();
+  if (!Stored || Stored->Kind() == cvkEmpty) {
+    const TCellValue* Spilled = FSpills.FindValue(Address.Col, Address.Row);
+    return Spilled ? *Spilled : TCellValue::Empty();
+  }
   if (Stored->Kind() == cvkFormula) {
     const TCellValue* Cached = Stored->CachedValue();
     return Cached ? *Cached : TCellValue::Empty();
@@ -66,10 +69,11 @@ TCellValue TWorksheet::GetEffectiveValue(const TCellAddress& Address) const {
 
 std::string TWorksheet::GetDisplayText(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const {
   const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
-  if (!Stored) return {};
-  const TCellValueKind Kind = Stored->Kind();
+  const TCellValueKind Kind = Stored ? Stored->Kind() : cvkEmpty;
+  const TCellValue* Spilled = Kind == cvkEmpty ? FSpills.FindValue(Address.Col, Address.Row) : nullptr;
+  if (!Stored && !Spilled) return {};
   if (FShowFormulas && Kind == cvkFormula) return Stored->Formula();
-  if (Stored->HasRichText()) {
+  if (Stored && Stored->HasRichText()) {
     std::string Runs = Stored->RichTextPlain();
     if (!Runs.empty()) return Runs;
   }
@@ -78,7 +82,7 @@ std::string TWorksheet::GetDisplayText(const TCellAddress& Address, const TTabri
     return FormatCellValue(V, ResolveFormat(Address, Styles).NumberFormat);
   };
   switch (Kind) {
-    case cvkEmpty: return {};
+    case cvkEmpty: return Spilled ? Formatted(*Spilled) : std::string();
     case cvkNumber: return Formatted(Stored->Value());
     case cvkFormula: {
       const TCellValue* Cached = Stored->CachedValue();

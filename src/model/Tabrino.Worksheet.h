@@ -12,6 +12,7 @@
 #include "Tabrino.Cell.h"
 #include "Tabrino.CellStore.h"
 #include "Tabrino.SheetTable.h"
+#include "Tabrino.Spill.h"
 #include "Tabrino.StyleSheet.h"
 #include "Tabrino.Types.h"
 
@@ -26,6 +27,8 @@ class TWorksheet {
   std::string FName;
   TCellMap FCells;
   TSheetTableList FTables;
+  // Arrays spilled by formulas into the empty cells beside them.
+  TSpillMap FSpills;
   int32_t FUsedMaxCol = 1;
   int32_t FUsedMaxRow = 1;
   bool FShowGridLines = true;
@@ -70,7 +73,8 @@ class TWorksheet {
   TCellRange ClipToUsedBounds(TCellRange Range) const;
 
   TCellFormat ResolveFormat(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const;
-  // A formula's cached result (empty without one); otherwise the value itself.
+  // A formula's cached result (empty without one); a spilled value in an
+  // empty cell; otherwise the value itself.
   TCellValue GetEffectiveValue(const TCellAddress& Address) const;
   std::string GetDisplayText(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const;
 
