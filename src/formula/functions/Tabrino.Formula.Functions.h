@@ -39,6 +39,7 @@ std::span<const TFunctionDef> LookupSearchFunctions();
 std::span<const TFunctionDef> RankingFunctions();
 std::span<const TFunctionDef> AddressingFunctions();
 std::span<const TFunctionDef> CellInfoFunctions();
+std::span<const TFunctionDef> TextSplittingFunctions();
 
 // The lists of families, core and extended (Tabrino.Formula.Builtins.Extra.cpp).
 const std::vector<std::span<const TFunctionDef>>& CoreFunctionFamilies();
