@@ -40,6 +40,9 @@ std::span<const TFunctionDef> RankingFunctions();
 std::span<const TFunctionDef> AddressingFunctions();
 std::span<const TFunctionDef> CellInfoFunctions();
 std::span<const TFunctionDef> TextSplittingFunctions();
+std::span<const TFunctionDef> NumberTextFunctions();
+std::span<const TFunctionDef> TextConversionFunctions();
+std::span<const TFunctionDef> DoubleByteTextFunctions();
 
 // The lists of families, core and extended (Tabrino.Formula.Builtins.Extra.cpp).
 const std::vector<std::span<const TFunctionDef>>& CoreFunctionFamilies();
