@@ -43,6 +43,10 @@ std::span<const TFunctionDef> TextSplittingFunctions();
 std::span<const TFunctionDef> NumberTextFunctions();
 std::span<const TFunctionDef> TextConversionFunctions();
 std::span<const TFunctionDef> DoubleByteTextFunctions();
+std::span<const TFunctionDef> WebFunctions();
+std::span<const TFunctionDef> UnavailableFunctions();
+std::span<const TFunctionDef> EuroConvertFunctions();
+std::span<const TFunctionDef> CellStylingFunctions();
 
 // The lists of families, core and extended (Tabrino.Formula.Builtins.Extra.cpp).
 const std::vector<std::span<const TFunctionDef>>& CoreFunctionFamilies();
