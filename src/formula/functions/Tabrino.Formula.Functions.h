@@ -29,6 +29,7 @@ std::span<const TFunctionDef> TextFunctions();
 std::span<const TFunctionDef> DateFunctions();
 std::span<const TFunctionDef> LookupFunctions();
 std::span<const TFunctionDef> FinancialFunctions();
+std::span<const TFunctionDef> DatabaseFunctions();
 std::span<const TFunctionDef> ComplexFunctions();
 std::span<const TFunctionDef> UnitConversionFunctions();
 std::span<const TFunctionDef> EngineeringFunctions();
