@@ -42,6 +42,7 @@ std::span<const TFunctionDef> RoundingFunctions();
 std::span<const TFunctionDef> TrigonometryFunctions();
 std::span<const TFunctionDef> LookupSearchFunctions();
 std::span<const TFunctionDef> RankingFunctions();
+std::span<const TFunctionDef> StatisticalFunctions();
 std::span<const TFunctionDef> AddressingFunctions();
 std::span<const TFunctionDef> CellInfoFunctions();
 std::span<const TFunctionDef> TextSplittingFunctions();
