@@ -43,6 +43,7 @@ std::span<const TFunctionDef> TrigonometryFunctions();
 std::span<const TFunctionDef> LookupSearchFunctions();
 std::span<const TFunctionDef> RankingFunctions();
 std::span<const TFunctionDef> StatisticalFunctions();
+std::span<const TFunctionDef> RegressionFunctions();
 std::span<const TFunctionDef> AddressingFunctions();
 std::span<const TFunctionDef> CellInfoFunctions();
 std::span<const TFunctionDef> TextSplittingFunctions();
@@ -86,6 +87,13 @@ inline bool OptArgInteger(const TFunctionCall& Call, size_t Index, double Defaul
   if (!OptArgNumber(Call, Index, Default, Number)) return false;
   Number = std::trunc(Number);
   return true;
+}
+// An optional argument left out, or left empty in the call (F(a,,c)): both
+// mean its default. A reference to an empty cell is no omission.
+inline bool ArgOmitted(const TFunctionCall& Call, size_t Index) {
+  if (Index >= Call.Count()) return true;
+  const TFormulaArg& Arg = Call[Index];
+  return !Arg.IsRange && !Arg.IsLambda && !Arg.HasOrigin && Arg.Scalar.Kind == cvkEmpty;
 }
 inline std::string ArgText(const TFormulaArg& Arg) { return Arg.First().ToDisplayString(); }
 
