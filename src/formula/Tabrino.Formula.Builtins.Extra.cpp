@@ -5,7 +5,7 @@
 namespace Tabrino {
 
 const std::vector<std::span<const TFunctionDef>>& ExtraFunctionFamilies() {
-  static const std::vector<std::span<const TFunctionDef>> Families = {WebFunctions(), UnavailableFunctions(), EuroConvertFunctions(), CellStylingFunctions(), NumberTextFunctions(), TextConversionFunctions(), DoubleByteTextFunctions(), TextSplittingFunctions(), ArrayTransformFunctions(), MatrixFunctions(), NumberSystemFunctions(), CombinatoricsFunctions(), RoundingFunctions(), TrigonometryFunctions(), RankingFunctions(), StatisticalFunctions(), RegressionFunctions(), AddressingFunctions(), CellInfoFunctions(), LookupSearchFunctions(), EngineeringFunctions(), BesselFunctions(), UnitConversionFunctions(), ComplexFunctions(), DatabaseFunctions(), };
+  static const std::vector<std::span<const TFunctionDef>> Families = {WebFunctions(), UnavailableFunctions(), EuroConvertFunctions(), CellStylingFunctions(), NumberTextFunctions(), TextConversionFunctions(), DoubleByteTextFunctions(), TextSplittingFunctions(), ArrayTransformFunctions(), MatrixFunctions(), NumberSystemFunctions(), CombinatoricsFunctions(), RoundingFunctions(), TrigonometryFunctions(), RankingFunctions(), StatisticalFunctions(), RegressionFunctions(), AggregationFunctions(), StatisticalCompatibilityFunctions(), AddressingFunctions(), CellInfoFunctions(), LookupSearchFunctions(), EngineeringFunctions(), BesselFunctions(), UnitConversionFunctions(), ComplexFunctions(), DatabaseFunctions(), };
   return Families;
 }
 

@@ -44,6 +44,8 @@ std::span<const TFunctionDef> LookupSearchFunctions();
 std::span<const TFunctionDef> RankingFunctions();
 std::span<const TFunctionDef> StatisticalFunctions();
 std::span<const TFunctionDef> RegressionFunctions();
+std::span<const TFunctionDef> AggregationFunctions();
+std::span<const TFunctionDef> StatisticalCompatibilityFunctions();
 std::span<const TFunctionDef> AddressingFunctions();
 std::span<const TFunctionDef> CellInfoFunctions();
 std::span<const TFunctionDef> TextSplittingFunctions();
@@ -61,6 +63,16 @@ const std::vector<std::span<const TFunctionDef>>& ExtraFunctionFamilies();
 using TFunctionIndex = absl::flat_hash_map<std::string_view, const TFunctionDef*>;
 TFunctionIndex BuildFunctionIndex(const std::vector<std::span<const TFunctionDef>>& Families);
 const TFunctionDef* FindExtraFunction(std::string_view CanonicalName);
+
+// Runs another built-in, core or extended, on the given arguments as if the
+// formula had called it by that name: a count it does not take is #VALUE!.
+inline TFormulaArg RunFunction(std::string_view CanonicalName, std::span<const TFormulaArg> Args,
+                               const TFormulaContext& Context) {
+  const TFunctionDef* Def = FindFunction(CanonicalName);
+  if (!Def) return TFormulaArg::FromError(ceName);
+  if (!Def->AcceptsCount(Args.size())) return TFormulaArg::FromError(ceValue);
+  return Def->Run(TFunctionCall{Def->Name, Args, Context});
+}
 
 inline TCellValue Num(double V) { return TCellValue::FromNumber(V); }
 inline TCellValue Err(TCellErrorCode Code) { return TCellValue::FromError(Code); }
