@@ -295,9 +295,10 @@ void TFormulaTokenizer::ReadCellOrIdentOrFunc(TFormulaToken& Token) {
 
 bool TFormulaTokenizer::TryReadDottedFunction(std::string_view Word, TFormulaToken& Token) {
   // Prefixed names such as `_xlfn.XLOOKUP(` arrive as one function token.
+  // Only the first segment must open with a letter: T.DIST.2T( is a name.
   if (!IsIdentStart(PeekAt(1))) return false;
   size_t FirstDot = FPos;
-  while (Peek() == '.' && IsIdentStart(PeekAt(1))) {
+  while (Peek() == '.' && IsIdentChar(PeekAt(1))) {
     ++FPos;
     ReadIdentifier();
   }

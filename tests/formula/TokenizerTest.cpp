@@ -122,6 +122,7 @@ TEST(Tokenizer, DottedFunctionNames) {
   EXPECT_EQ(KindsAndTexts("_xlfn._xlws.sort (A1)"),
             "ftFunction _XLFN._XLWS.SORT | ftLParen ( | ftCellRef A1 | ftRParen )");
   EXPECT_EQ(KindsAndTexts("com.x.f2()"), "ftFunction COM.X.F2 | ftLParen ( | ftRParen )");
+  EXPECT_EQ(KindsAndTexts("t.dist.2t(1)"), "ftFunction T.DIST.2T | ftLParen ( | ftNumber 1 | ftRParen )");
   // Without "(" the dotted text is a sheet reference or nothing special.
   EXPECT_EQ(KindsAndTexts("Sheet2.B3"), "ftSheetRef Sheet2!B3");
   EXPECT_EQ(KindsAndTexts("a.b.(1)"), "ftError a!b | ftError . | ftLParen ( | ftNumber 1 | ftRParen )");
