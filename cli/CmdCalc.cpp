@@ -43,19 +43,24 @@ class TStopwatch {
   std::chrono::steady_clock::time_point FStart = std::chrono::steady_clock::now();
 };
 
-// CSV carries formulas as plain text; this turns every "=..." text back into one.
+// CSV carries formulas as plain text; this turns every "=..." text back into
+// one. An empty field becomes a blank cell, as a user typing the sheet would
+// leave it, so that it does not stand in the way of a spilling formula.
 void TextToFormulas(Tabrino::TWorkbook& Book) {
   using namespace Tabrino;
   for (const auto& Sheet : Book.FSheets) {
-    std::vector<TCellAddress> Targets;
-    for (const auto& [Key, Cell] : Sheet->FCells)
-      if (Cell.Kind() == cvkText && Cell.Text().size() > 1 && Cell.Text().front() == '=')
-        Targets.push_back({Key.Col, Key.Row});
-    for (const TCellAddress& Address : Targets) {
+    std::vector<TCellAddress> Formulas, Blanks;
+    for (const auto& [Key, Cell] : Sheet->FCells) {
+      if (Cell.Kind() != cvkText) continue;
+      if (Cell.Text().empty()) Blanks.push_back({Key.Col, Key.Row});
+      else if (Cell.Text().size() > 1 && Cell.Text().front() == '=') Formulas.push_back({Key.Col, Key.Row});
+    }
+    for (const TCellAddress& Address : Formulas) {
       TCell Cell = Sheet->GetCell(Address);
       Cell.Value = TCellValue::FromFormula(Cell.Value.Text);
       Sheet->SetCell(Address, Cell);
     }
+    for (const TCellAddress& Address : Blanks) Sheet->ClearCell(Address);
   }
 }
 
@@ -101,12 +106,13 @@ void Calc(const TCalcOptions& Options) {
     LoadWorkbook(Book, Options.Input);
     if (Options.Formulas) TextToFormulas(Book);
     const TWorksheet& Sheet = ChosenSheet(Book, Options.Sheet);
-    const TCellRange Range = ChosenRange(Sheet, Options.Range);
     const double LoadMs = Watch.Lap();
 
     TFormulaEvaluator Evaluator(Book);
     Evaluator.RecalculateAll();
     const double RecalcMs = Watch.Lap();
+    // Chosen after recalculation: the used range now takes in spilled arrays.
+    const TCellRange Range = ChosenRange(Sheet, Options.Range);
 
     if (Options.Output.empty()) {
       PrintRange(Book, Sheet, Range, Options.Raw);
@@ -130,7 +136,7 @@ void AddCalcCommand(CLI::App& App) {
   auto Options = std::make_shared<TCalcOptions>();
   CLI::App* Command = App.add_subcommand("calc", "Recalculate a workbook and print a range as CSV, or save it");
   Command->add_option("file", Options->Input, "Workbook to read")->required();
-  Command->add_flag("--formulas", Options->Formulas, "Treat every text cell starting with \"=\" as a formula");
+  Command->add_flag("--formulas", Options->Formulas, "Treat every text cell starting with \"=\" as a formula, and empty fields as blank cells");
   Command->add_option("--sheet", Options->Sheet, "Sheet to print (default: the active one)");
   Command->add_option("--range", Options->Range, "Range to print, e.g. A1:D20 (default: the used range)");
   Command->add_flag("--raw", Options->Raw, "Print plain values instead of formatted display texts");

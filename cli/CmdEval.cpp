@@ -1,4 +1,5 @@
 // tabrino eval FORMULA [--set CELL=TEXT ...] [--name NAME=FORMULA ...] [--at CELL] [--json]
+// A result that spills prints as its block, one line per row.
 #include <nlohmann/json.hpp>
 
 #include <iostream>
@@ -62,6 +63,28 @@ nlohmann::json ValueAsJson(const Tabrino::TCellValue& V) {
   }
 }
 
+// A spilled result: one line per row of tab-separated display texts, or as
+// JSON an array of rows of values.
+void PrintSpill(const Tabrino::TWorkbook& Book, const Tabrino::TWorksheet& Sheet, const Tabrino::TSpillRange& Spill,
+                bool Json) {
+  nlohmann::json Rows = nlohmann::json::array();
+  for (int32_t Row = Spill.AnchorRow; Row <= Spill.EndRow; ++Row) {
+    nlohmann::json Values = nlohmann::json::array();
+    std::string Line;
+    for (int32_t Col = Spill.AnchorCol; Col <= Spill.EndCol; ++Col) {
+      if (Json) {
+        Values.push_back(ValueAsJson(Sheet.GetEffectiveValue({Col, Row})));
+      } else {
+        if (Col > Spill.AnchorCol) Line += '\t';
+        Line += Sheet.GetDisplayText({Col, Row}, &Book.FStyleSheet);
+      }
+    }
+    if (Json) Rows.push_back(std::move(Values));
+    else std::cout << Line << "\n";
+  }
+  if (Json) std::cout << Rows.dump() << "\n";
+}
+
 void RunEval(const TEvalOptions& Options) {
   using namespace Tabrino;
   TWorkbook Book;
@@ -82,10 +105,13 @@ void RunEval(const TEvalOptions& Options) {
   TFormulaEvaluator Evaluator(Book);
   Target->SetCell(Address, TCell::WithValue(TCellValue::FromFormula(Options.Formula)));
   TCellValue Result = Evaluator.EvaluateCell(Book.IndexOfSheet(Target), Address.Col, Address.Row);
-  if (Options.Json)
+  if (const TSpillRange* Spill = Target->FSpills.FindSpill(Address.Col, Address.Row)) {
+    PrintSpill(Book, *Target, *Spill, Options.Json);
+  } else if (Options.Json) {
     std::cout << ValueAsJson(Result).dump() << "\n";
-  else
+  } else {
     std::cout << Result.ToDisplayString() << "\n";
+  }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <absl/container/flat_hash_map.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 
@@ -43,6 +44,23 @@ TCellValue TFormulaArg::CellAt(int32_t Row, int32_t Col) const {
   if (Row < 0 || Col < 0 || Row >= RowCount || Col >= ColCount) return TCellValue::FromError(ceRef);
   size_t Index = static_cast<size_t>(Row) * ColCount + Col;
   return Index < Cells.size() ? Cells[Index] : TCellValue::FromError(ceRef);
+}
+
+bool IsDynamicArraySpillFunction(std::string_view Name) {
+  static constexpr std::string_view Names[] = {
+      "FILTER",    "SEQUENCE",   "UNIQUE",     "SORT",       "SORTBY",     "TRANSPOSE",    "HSTACK",
+      "VSTACK",    "TOROW",      "TOCOL",      "TAKE",       "DROP",       "EXPAND",       "CHOOSEROWS",
+      "CHOOSECOLS", "RANDARRAY", "WRAPROWS",   "WRAPCOLS",   "GROUPBY",    "PIVOTBY",      "STOCKHISTORY",
+      "FILTERXML", "IMPORTHTML", "IMPORTDATA", "IMPORTXML",  "IMPORTFEED", "GOOGLEFINANCE", "IMPORTRANGE",
+      "ARRAY_CONSTRAIN", "QUERY"};
+  const std::string Canonical = CanonicalFunctionName(Name);
+  return std::find(std::begin(Names), std::end(Names), Canonical) != std::end(Names);
+}
+
+bool IsDynamicArraySpillFormulaText(std::string_view Text) {
+  Text = TrimBlanks(Text);
+  while (!Text.empty() && (Text.front() == '+' || Text.front() == '=' || Text.front() == '@')) Text.remove_prefix(1);
+  return IsDynamicArraySpillFunction(TrimBlanks(Text.substr(0, Text.find('('))));
 }
 
 TFormulaArg AsRangeArg(const TFormulaArg& Arg) {

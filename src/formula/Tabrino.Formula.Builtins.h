@@ -32,6 +32,8 @@ class TCellArray {
   const TCellValue& operator[](size_t I) const { return (*FCells)[I]; }
   const TCellValue* begin() const { return FCells ? FCells->data() : nullptr; }
   const TCellValue* end() const { return FCells ? FCells->data() + FCells->size() : nullptr; }
+  // The shared storage itself, for holders outside the formula layer (a spill).
+  const std::shared_ptr<const std::vector<TCellValue>>& Shared() const { return FCells; }
 
  private:
   std::shared_ptr<const std::vector<TCellValue>> FCells;
@@ -129,6 +131,14 @@ const TFunctionDef* FindCoreFunction(std::string_view CanonicalName);
 const TFunctionDef* FindFunction(std::string_view CanonicalName);
 // Every registered function, core and extended, for listings.
 std::vector<const TFunctionDef*> AllFunctions();
+
+// Whether a canonical function name is one of the functions whose array
+// result spills as a dynamic array (FILTER, SEQUENCE, UNIQUE, SORT, ...).
+bool IsDynamicArraySpillFunction(std::string_view Name);
+// The same test on formula text: leading "+", "=" and "@" go, and the text
+// before the first "(" names the function. A file reader uses it to tell
+// formulas stored as array formulas only because they spill.
+bool IsDynamicArraySpillFormulaText(std::string_view Text);
 
 // A scalar becomes a 1 by 1 range; a range is returned as it is.
 TFormulaArg AsRangeArg(const TFormulaArg& Arg);

@@ -189,6 +189,48 @@ void TFormulaDependencyGraph::GetDependents(const TSheetCellKey& Key, std::vecto
     if (I == 0 || RangeReaders[I].first != RangeReaders[I - 1].first) List.push_back(RangeReaders[I].second);
 }
 
+void TFormulaDependencyGraph::ForEachReadIn(
+    const TSheetRangeKey& Block,
+    const std::function<void(const TSheetCellKey& Formula, const TCellRange& Part)>& Visit) const {
+  const TCellRange B = Block.Range.Normalize();
+  const int64_t Area = int64_t(B.EndCol - B.StartCol + 1) * int64_t(B.EndRow - B.StartRow + 1);
+  auto VisitReaders = [&](const TSheetCellKey& Cell, const std::vector<TSheetCellKey>& Readers) {
+    for (const TSheetCellKey& Reader : Readers) Visit(Reader, TCellRange{Cell.Col, Cell.Row, Cell.Col, Cell.Row});
+  };
+  // Single-cell reads: walk the block or the read cells, whichever is fewer.
+  if (Area <= int64_t(FDependents.size())) {
+    for (int32_t Row = B.StartRow; Row <= B.EndRow; ++Row)
+      for (int32_t Col = B.StartCol; Col <= B.EndCol; ++Col)
+        if (auto It = FDependents.find(TSheetCellKey{Block.Sheet, Col, Row}); It != FDependents.end())
+          VisitReaders(It->first, It->second);
+  } else {
+    for (const auto& [Cell, Readers] : FDependents)
+      if (Cell.Sheet == Block.Sheet && B.Contains(Cell.Col, Cell.Row)) VisitReaders(Cell, Readers);
+  }
+  // Range reads: each entry once, however many buckets it shares with the block.
+  absl::flat_hash_set<uint32_t> Seen;
+  auto VisitRanges = [&](const std::vector<uint32_t>& Ids) {
+    for (uint32_t Id : Ids) {
+      const TRangeEntry& Entry = FRanges[Id];
+      const TCellRange& R = Entry.Range.Range;
+      if (Entry.Range.Sheet != Block.Sheet || !R.Intersects(B) || !Seen.insert(Id).second) continue;
+      Visit(Entry.Formula, TCellRange{std::max(R.StartCol, B.StartCol), std::max(R.StartRow, B.StartRow),
+                                      std::min(R.EndCol, B.EndCol), std::min(R.EndRow, B.EndRow)});
+    }
+  };
+  const int64_t BlockBuckets = BucketCount(B);
+  if (BlockBuckets <= int64_t(FRangeBuckets.size())) {
+    for (int32_t RowBlock = B.StartRow >> RowBlockShift; RowBlock <= B.EndRow >> RowBlockShift; ++RowBlock)
+      for (int32_t ColBlock = B.StartCol >> ColBlockShift; ColBlock <= B.EndCol >> ColBlockShift; ++ColBlock)
+        if (auto It = FRangeBuckets.find(TBucketKey{Block.Sheet, ColBlock, RowBlock}); It != FRangeBuckets.end())
+          VisitRanges(It->second);
+  } else {
+    for (const auto& [Bucket, Ids] : FRangeBuckets)
+      if (Bucket.Sheet == Block.Sheet) VisitRanges(Ids);
+  }
+  if (auto It = FLargeRanges.find(Block.Sheet); It != FLargeRanges.end()) VisitRanges(It->second);
+}
+
 void TFormulaDependencyGraph::CollectTransitiveDependents(const TSheetCellKey& Key,
                                                           std::vector<TSheetCellKey>& List) const {
   absl::flat_hash_set<TSheetCellKey> Seen{Key};

@@ -11,6 +11,7 @@
 #include <absl/container/flat_hash_map.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -69,6 +70,12 @@ class TFormulaDependencyGraph {
 
   // Appends the formulas reading Key directly, once each, oldest registration first.
   void GetDependents(const TSheetCellKey& Key, std::vector<TSheetCellKey>& List) const;
+  // Calls Visit(formula, part) for every recorded read that meets Block: a
+  // single-cell read with that cell as the part, a range read with its
+  // overlap. Costs what the reads near Block cost, not what Block's cells do,
+  // so that the readers of a million spilled values are found at once.
+  void ForEachReadIn(const TSheetRangeKey& Block,
+                     const std::function<void(const TSheetCellKey& Formula, const TCellRange& Part)>& Visit) const;
   // Breadth-first over the dependents of Key; each key found for the first
   // time in this call is appended (Key itself never). List is not consulted.
   void CollectTransitiveDependents(const TSheetCellKey& Key, std::vector<TSheetCellKey>& List) const;

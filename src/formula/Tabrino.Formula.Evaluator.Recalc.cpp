@@ -70,6 +70,9 @@ void TFormulaEvaluator::RegisterCellFormula(int32_t SheetIndex, int32_t Col, int
 }
 
 void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32_t Row) {
+  // A value written over a spilling formula ends its spill.
+  if (TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex); Sheet && !HoldsFormula(SheetIndex, Col, Row))
+    Sheet->FSpills.ClearAnchor(Col, Row);
   RegisterCellFormula(SheetIndex, Col, Row);
   const TSheetCellKey Key{SheetIndex, Col, Row};
   std::vector<TSheetCellKey> Nodes{Key};
@@ -77,8 +80,9 @@ void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32
   std::vector<TSheetCellKey> Cycle, Order;
   FGraph.TopologicalOrder(Nodes, &Cycle, Order);
   for (const TSheetCellKey& K : Cycle) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
-  // A changed cell that holds no formula started the walk; evaluating it does nothing.
-  for (const TSheetCellKey& K : Order) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
+  // A changed cell that holds no formula started the walk; it is not evaluated.
+  for (const TSheetCellKey& K : Order)
+    if (HoldsFormula(K.Sheet, K.Col, K.Row)) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
 }
 
 void TFormulaEvaluator::RebuildAllDependencies() {

@@ -67,9 +67,12 @@ TCellValue TFormulaEvaluator::GetRawCellValue(int32_t SheetIndex, int32_t Col, i
   TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
   if (!Sheet) return TCellValue::FromError(ceRef);
   const TStoredCell* Cell = Sheet->FindCell(Col, Row);
-  if (!Cell) return {};
+  if (!Cell || Cell->Kind() == cvkEmpty) {
+    // An empty cell shows what a spill put there, if anything.
+    const TCellValue* Spilled = Sheet->FSpills.FindValue(Col, Row);
+    return Spilled ? *Spilled : TCellValue();
+  }
   switch (Cell->Kind()) {
-    case cvkEmpty: return {};
     case cvkNumber: return TCellValue::FromNumber(Cell->Number());
     case cvkFormula: break;
     default: return Cell->Value();
@@ -96,7 +99,11 @@ void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int
   TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
   if (!Sheet) return;
   const TStoredCell* Stored = Sheet->FindCell(Col, Row);
-  if (!Stored || Stored->Kind() != cvkFormula) return;
+  if (!Stored || Stored->Kind() != cvkFormula) {
+    // A formula that has gone takes its spill with it.
+    Sheet->FSpills.ClearAnchor(Col, Row);
+    return;
+  }
   const TSheetCellKey Key{SheetIndex, Col, Row};
   if (FVisiting.contains(Key)) {
     WriteCache(SheetIndex, Col, Row, TCellValue::FromError(ceCirc));
@@ -119,7 +126,7 @@ void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int
       ~TLeave() { Self->FVisiting.erase(Key); }
     } Leave{this, Key};
     TFormulaArg Result = EvalNodeArg(Tree.get(), SheetIndex);
-    WriteCache(SheetIndex, Col, Row, Result.First());
+    ApplySpill(SheetIndex, Col, Row, Result);
   });
 }
 

@@ -86,6 +86,21 @@ class TFormulaEvaluator {
   // Forgets evaluation state and the graph.
   void Reset();
 
+  // ---- dynamic arrays ----
+  // The last step of every evaluation: the result goes into the cell's cache
+  // and, when it is an array of more than one value, into the sheet's spill
+  // map, unless something stands in the way (#SPILL!). Readers of cells the
+  // spill covers, or covered before, are evaluated again.
+  void ApplySpill(int32_t SheetIndex, int32_t Col, int32_t Row, const TFormulaArg& Arg);
+  // Whether a block anchored at (Col, Row) would cover a value, rich text, an
+  // anchor or a child of another spill, or leave the sheet.
+  static bool SpillDestinationBlocked(const TWorksheet* Sheet, int32_t Col, int32_t Row, int32_t ColCount,
+                                      int32_t RowCount);
+  // Re-evaluates what reads the block's cells, in dependency order; what that
+  // order leaves out gets #CIRC!. Cells being evaluated are left alone.
+  void DirtySpillDependents(int32_t SheetIndex, int32_t Col1, int32_t Row1, int32_t Col2, int32_t Row2);
+  bool HoldsFormula(int32_t SheetIndex, int32_t Col, int32_t Row) const;
+
  private:
   TFormulaContext MakeContext(int32_t SheetIndex) const;
   TCellValue EvalFunction(const TAstNode* Node, int32_t SheetIndex);
