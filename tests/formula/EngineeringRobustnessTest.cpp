@@ -32,7 +32,9 @@ TEST(EngineeringFamilies, AwkwardArgumentsNeverCrashOrLeakNonFiniteNumbers) {
         std::vector<TFormulaArg> Args;
         for (size_t P : Pick) Args.push_back(Pool[P]);
         TCellValue R = Def.Run(TFunctionCall{Def.Name, Args, TFormulaContext{}}).First();
-        if (R.Kind == cvkNumber) EXPECT_TRUE(std::isfinite(R.Number)) << Def.Name;
+        if (R.Kind == cvkNumber) {
+          EXPECT_TRUE(std::isfinite(R.Number)) << Def.Name;
+        }
         size_t I = 0;
         while (I < Arity && ++Pick[I] == Pool.size()) Pick[I++] = 0;
         if (I == Arity) break;

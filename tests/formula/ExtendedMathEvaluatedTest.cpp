@@ -82,7 +82,9 @@ TEST(ExtendedMathRobustness, AwkwardArgumentsNeverCrashOrLeakNonFiniteNumbers) {
   auto Check = [](const TFunctionDef& Def, const std::vector<TFormulaArg>& Args) {
     TFormulaArg Result = Def.Run(TFunctionCall{Def.Name, Args, TFormulaContext{}});
     for (const TCellValue& V : ArgValues(Result)) {
-      if (V.Kind == cvkNumber) EXPECT_TRUE(std::isfinite(V.Number)) << Def.Name;
+      if (V.Kind == cvkNumber) {
+        EXPECT_TRUE(std::isfinite(V.Number)) << Def.Name;
+      }
     }
   };
   for (auto Family : {TrigonometryFunctions(), RoundingFunctions(), CombinatoricsFunctions(), NumberSystemFunctions(),

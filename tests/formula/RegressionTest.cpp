@@ -80,11 +80,6 @@ TEST(Regression, PairedEdges) {
   });
 }
 
-// The cells of an array result, row by row.
-std::vector<TCellValue> CellsOf(const TFormulaArg& A) {
-  return {A.Cells.begin(), A.Cells.end()};
-}
-
 TEST(Regression, LinestWithStatistics) {
   TFormulaArg R = CallArray("LINEST", {Ys(), Xs(), true, true});
   ASSERT_TRUE(R.IsRange);

@@ -31,7 +31,9 @@ void CallEveryCombination(const TFunctionDef& Def, const std::vector<TFormulaArg
                           size_t Arity) {
   if (Args.size() == Arity) {
     TCellValue R = EvaluateFunction(Def.Name, Args, TFormulaContext{});
-    if (R.Kind == cvkNumber) EXPECT_TRUE(std::isfinite(R.Number)) << Def.Name;
+    if (R.Kind == cvkNumber) {
+      EXPECT_TRUE(std::isfinite(R.Number)) << Def.Name;
+    }
     return;
   }
   for (const TFormulaArg& A : Pool) {

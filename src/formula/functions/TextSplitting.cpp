@@ -98,7 +98,7 @@ TCellValue TextBeside(const TFunctionCall& Call, const TCellValue& TextValue) {
   if (!OptArgInteger(Call, 2, 1, Instance) || !FlagArg(Call, 3, IgnoreCase) || !FlagArg(Call, 4, MatchEnd))
     return Err(ceValue);
   TDelimitedText T(TextValue.ToDisplayString(), ArgValues(Call[1]), IgnoreCase);
-  if (Instance == 0 || std::fabs(Instance) > double(T.Source.size()) + 1) return Err(ceValue);
+  if (Instance == 0 || !(std::fabs(Instance) <= double(T.Source.size()) + 1)) return Err(ceValue);
   TSpan Found;
   if (!FindInstance(T, static_cast<int64_t>(Instance), MatchEnd, Found))
     return Call.Count() > 5 ? Call[5].First() : Err(ceNA);
