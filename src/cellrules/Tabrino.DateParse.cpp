@@ -257,6 +257,16 @@ bool TryParseDateText(std::string_view Text, int CurrentYear, double& Serial) {
   return true;
 }
 
+bool TryParseTimeText(std::string_view Text, double& Time) {
+  const TFormatSettings& Settings = FormatSettings();
+  std::vector<TDateToken> Tokens;
+  if (Text.size() > 256 || !Tokenize(Text, Settings.DateSeparator, Tokens)) return false;
+  std::span<const TDateToken> All(Tokens);
+  while (!All.empty() && All.front().Text == " ") All = All.subspan(1);
+  while (!All.empty() && All.back().Text == " ") All = All.first(All.size() - 1);
+  return !All.empty() && ParseTime(All, Settings, Time);
+}
+
 bool TryParseDateText(std::string_view Text, double& Serial) {
   std::time_t Now = std::time(nullptr);
   std::tm Local{};

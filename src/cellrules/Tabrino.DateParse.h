@@ -22,5 +22,8 @@ namespace Tabrino {
 bool TryParseDateText(std::string_view Text, int CurrentYear, double& Serial);
 // The same with the year of the local system clock.
 bool TryParseDateText(std::string_view Text, double& Serial);
+// A time alone, "h:mm[:ss[.fff]]" with an optional AM/PM marker, as the
+// fraction of a day. False for anything else.
+bool TryParseTimeText(std::string_view Text, double& Time);
 
 }  // namespace Tabrino

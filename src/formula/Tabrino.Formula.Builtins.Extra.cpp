@@ -5,7 +5,8 @@
 namespace Tabrino {
 
 const std::vector<std::span<const TFunctionDef>>& ExtraFunctionFamilies() {
-  static const std::vector<std::span<const TFunctionDef>> Families = {WebFunctions(), UnavailableFunctions(), EuroConvertFunctions(), CellStylingFunctions(), NumberTextFunctions(), TextConversionFunctions(), DoubleByteTextFunctions(), TextSplittingFunctions(), ArrayTransformFunctions(), MatrixFunctions(), NumberSystemFunctions(), CombinatoricsFunctions(), RoundingFunctions(), TrigonometryFunctions(), RankingFunctions(), StatisticalFunctions(), RegressionFunctions(), AggregationFunctions(), StatisticalCompatibilityFunctions(), AddressingFunctions(), CellInfoFunctions(), LookupSearchFunctions(), EngineeringFunctions(), BesselFunctions(), UnitConversionFunctions(), ComplexFunctions(), DatabaseFunctions(), };
+  static const std::vector<std::span<const TFunctionDef>> Families = {StatisticalFunctions(), RankingFunctions(), RegressionFunctions(), ForecastEtsFunctions(), AggregationFunctions(), StatisticalCompatibilityFunctions(),DateDifferenceFunctions(), CalendarFunctions(), WorkingDayFunctions(), CouponFunctions(), SecurityFunctions(), OddCouponFunctions(), DepreciationFunctions(), CashflowFunctions(), LookupSearchFunctions(), AddressingFunctions(), CellInfoFunctions(), TextSplittingFunctions(), NumberTextFunctions(), TextConversionFunctions(), DoubleByteTextFunctions(), WebFunctions(), UnavailableFunctions(), EuroConvertFunctions(), CellStylingFunctions(), TrigonometryFunctions(), RoundingFunctions(), CombinatoricsFunctions(),
+      NumberSystemFunctions(), MatrixFunctions(), ArrayTransformFunctions(), ArrayFunctions(), ArrayShapeFunctions(), QueryFunctions(), RegexFunctions(), EngineeringFunctions(), BesselFunctions(), UnitConversionFunctions(), ComplexFunctions(), DatabaseFunctions(), DistributionFunctions(), DiscreteDistributionFunctions(), HypothesisTestFunctions(), DistributionCompatibilityFunctions(), };
   return Families;
 }
 
