@@ -11,6 +11,9 @@ const LOGICAL_CONSTANTS = [
   { name: 'FALSE', expression: '=FALSE()' },
 ];
 
+// The default sheet limit (40,000 rows) is below the workloads' 100,000.
+const CONFIG = { licenseKey: 'gpl-v3', maxRows: 1048576 };
+
 export function buildWorkbook(rows) {
-  return HyperFormula.buildFromArray(rows, { licenseKey: 'gpl-v3' }, LOGICAL_CONSTANTS);
+  return HyperFormula.buildFromArray(rows, CONFIG, LOGICAL_CONSTANTS);
 }
