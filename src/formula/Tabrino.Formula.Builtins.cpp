@@ -109,6 +109,7 @@ std::vector<const TFunctionDef*> AllFunctions() {
   for (const auto* Families : {&CoreFunctionFamilies(), &ExtraFunctionFamilies()})
     for (std::span<const TFunctionDef> Family : *Families)
       for (const TFunctionDef& Def : Family) All.push_back(&Def);
+  for (const TFunctionDef& Def : SpecialFormFunctions()) All.push_back(&Def);
   return All;
 }
 

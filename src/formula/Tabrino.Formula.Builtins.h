@@ -93,7 +93,9 @@ struct TFunctionCall {
   const TFormulaArg& operator[](size_t I) const { return Args[I]; }
 };
 
-enum TFunctionFlag : uint8_t { fnNone = 0, fnVolatile = 1, fnReturnsArray = 2 };
+// fnSpecialForm: the evaluator runs the function itself (its arguments are not
+// all evaluated up front); the row only declares it and has no Invoke.
+enum TFunctionFlag : uint8_t { fnNone = 0, fnVolatile = 1, fnReturnsArray = 2, fnSpecialForm = 4 };
 
 using TScalarFunction = TCellValue (*)(const TFunctionCall& Call);
 using TArrayFunction = TFormulaArg (*)(const TFunctionCall& Call);
@@ -129,8 +131,14 @@ TCellValue EvaluateFunction(std::string_view Name, std::span<const TFormulaArg> 
 const TFunctionDef* FindCoreFunction(std::string_view CanonicalName);
 // Core or extended: the table row of a canonical name, or nullptr.
 const TFunctionDef* FindFunction(std::string_view CanonicalName);
-// Every registered function, core and extended, for listings.
+// Every registered function, core and extended, and the special forms, for listings.
 std::vector<const TFunctionDef*> AllFunctions();
+// The functions the evaluator runs itself and that have no other table row
+// (INDIRECT, OFFSET, LET, LAMBDA, ISOMITTED and the lambda iterators): their
+// names and argument counts, flagged fnSpecialForm. Never dispatched.
+std::span<const TFunctionDef> SpecialFormFunctions();
+// The special form of a canonical name, or nullptr.
+const TFunctionDef* FindSpecialForm(std::string_view CanonicalName);
 
 // Whether a canonical function name is one of the functions whose array
 // result spills as a dynamic array (FILTER, SEQUENCE, UNIQUE, SORT, ...).

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Tabrino.Formula.Builtins.Extra.h"
 #include "Tabrino.Formula.DeepStack.h"
@@ -120,11 +121,19 @@ void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int
     FVisiting.insert(Key);
     FEvalCol = Col;
     FEvalRow = Row;
+    // LET and LAMBDA names belong to one formula: a cell evaluated first
+    // from inside another's LET must not see that formula's names.
     struct TLeave {
       TFormulaEvaluator* Self;
       TSheetCellKey Key;
-      ~TLeave() { Self->FVisiting.erase(Key); }
-    } Leave{this, Key};
+      decltype(FLocalNames) OuterNames;
+      decltype(FMissingParams) OuterMissing;
+      ~TLeave() {
+        Self->FVisiting.erase(Key);
+        Self->FLocalNames = std::move(OuterNames);
+        Self->FMissingParams = std::move(OuterMissing);
+      }
+    } Leave{this, Key, std::exchange(FLocalNames, {}), std::exchange(FMissingParams, {})};
     TFormulaArg Result = EvalNodeArg(Tree.get(), SheetIndex);
     ApplySpill(SheetIndex, Col, Row, Result);
   });
@@ -410,6 +419,10 @@ bool TFormulaEvaluator::TryEvalSpecialForm(const std::string& Name, const TAstNo
     }
     return true;
   }
+  if (TFormulaArg Arg; TryEvalLambdaForm(Name, Node, SheetIndex, false, Arg)) {
+    Result = Arg.First();
+    return true;
+  }
   if (Name == "ROW" || Name == "COLUMN") {
     bool IsRow = Name == "ROW";
     int32_t Value = 1;
@@ -431,6 +444,8 @@ TCellValue TFormulaEvaluator::EvalFunction(const TAstNode* Node, int32_t SheetIn
   const std::string Name = CanonicalFunctionName(Node->Text);
   const bool NoArgs = Node->Args.empty();
   if (NoArgs) {
+    TCellValue Local;
+    if (TryLocalName(Node->Text, Local)) return Local;
     // A defined name beats a built-in of the same name called without arguments.
     TCellValue Named = EvalNamedFormula(Node->Text, SheetIndex);
     if (!(Named.Kind == cvkError && Named.ErrorCode == ceName)) return Named;
@@ -452,10 +467,13 @@ TFormulaArg TFormulaEvaluator::EvalNodeArg(const TAstNode* Node, int32_t SheetIn
       if (Node->Op == "+") return EvalNodeArg(Node->Left.get(), SheetIndex);
       if (Node->Op == "-") return NegateArg(EvalNodeArg(Node->Left.get(), SheetIndex));
       return TFormulaArg::FromScalar(EvalNode(Node, SheetIndex));
-    case ankFunc:
-      if (Node->Args.size() >= 3 && CanonicalFunctionName(Node->Text) == "OFFSET")
-        return EvalOffsetRef(EvalArgs(Node, SheetIndex), SheetIndex);
-      if (const TFunctionDef* Def = FindFunction(CanonicalFunctionName(Node->Text));
+    case ankFunc: {
+      TFormulaArg Result;
+      if (Node->Args.empty() && TryLocalArg(Node->Text, Result)) return Result;
+      const std::string Name = CanonicalFunctionName(Node->Text);
+      if (TryEvalLambdaForm(Name, Node, SheetIndex, true, Result)) return Result;
+      if (Node->Args.size() >= 3 && Name == "OFFSET") return EvalOffsetRef(EvalArgs(Node, SheetIndex), SheetIndex);
+      if (const TFunctionDef* Def = FindFunction(Name);
           Def && Def->InvokeArray && Def->AcceptsCount(Node->Args.size())) {
         std::vector<TFormulaArg> Args = EvalArgs(Node, SheetIndex);
         return Def->Run(TFunctionCall{Def->Name, Args, MakeContext(SheetIndex)});
@@ -463,6 +481,7 @@ TFormulaArg TFormulaEvaluator::EvalNodeArg(const TAstNode* Node, int32_t SheetIn
       // Plain functions go straight to the scalar walker: evaluating their
       // arguments once here and again there would only double the work.
       return TFormulaArg::FromScalar(EvalNode(Node, SheetIndex));
+    }
     case ankRange: return EvalArg(Node, SheetIndex);
     default: return TFormulaArg::FromScalar(EvalNode(Node, SheetIndex));
   }
@@ -498,6 +517,7 @@ TFormulaArg TFormulaEvaluator::EvalArg(const TAstNode* Node, int32_t SheetIndex)
     }
     case ankFunc:
       if (Node->Args.empty()) {
+        if (TFormulaArg Local; TryLocalArg(Node->Text, Local)) return Local;
         int32_t Target;
         TCellRange Range;
         if (ResolveTableColumn(SheetIndex, Node->Text, "", Target, Range)) return ReadRange(Target, Range, false);

@@ -3,6 +3,7 @@
 // tells it of changes; the workbook holds no reference back.
 #pragma once
 
+#include <absl/container/flat_hash_map.h>
 #include <absl/container/flat_hash_set.h>
 
 #include <cstdint>
@@ -13,6 +14,7 @@
 
 #include "Tabrino.Formula.Builtins.h"
 #include "Tabrino.Formula.DependencyGraph.h"
+#include "Tabrino.Formula.Lambda.h"
 #include "Tabrino.Formula.TreeCache.h"
 #include "Tabrino.Workbook.h"
 
@@ -101,7 +103,45 @@ class TFormulaEvaluator {
   void DirtySpillDependents(int32_t SheetIndex, int32_t Col1, int32_t Row1, int32_t Col2, int32_t Row2);
   bool HoldsFormula(int32_t SheetIndex, int32_t Col, int32_t Row) const;
 
+  // ---- LET and LAMBDA ----
+  // One flat table of bindings by upper-cased name, with no scope stack: a
+  // binding replaces an outer one of the same name, and ending it removes the
+  // name altogether. Each formula cell starts with an empty table.
+  absl::flat_hash_map<std::string, TFormulaArg> FLocalNames;
+  // Names bound to a LAMBDA parameter the call left out.
+  absl::flat_hash_set<std::string> FMissingParams;
+
+  void BindLocalName(std::string_view Name, const TFormulaArg& Arg, bool Missing);
+  void UnbindLocalNames(std::span<const std::string> Names);
+  bool TryLocalArg(std::string_view Name, TFormulaArg& Arg) const;
+  // The First of the binding.
+  bool TryLocalName(std::string_view Name, TCellValue& Value) const;
+  // An inline LAMBDA as a value; its body is copied once, here.
+  TFormulaArg MakeLambdaArg(const TAstNode* Node) const;
+  // The lambda an iterator is given: inline, or through a name bound to one.
+  TFormulaArg EvalLambdaRef(const TAstNode* Node, int32_t SheetIndex);
+  TFormulaArg EvalLet(const TAstNode* Node, int32_t SheetIndex);
+  // Binds the parameters (missing ones as omitted), evaluates the body in
+  // array context and unbinds them. Extra arguments are ignored.
+  TFormulaArg InvokeLambda(const ILambdaClosure* Closure, std::span<const TFormulaArg> Args, int32_t SheetIndex);
+  TFormulaArg EvalMap(std::span<const TFormulaArg> Args, int32_t SheetIndex);
+  TFormulaArg EvalByRow(std::span<const TFormulaArg> Args, int32_t SheetIndex);
+  TFormulaArg EvalByCol(std::span<const TFormulaArg> Args, int32_t SheetIndex);
+  TFormulaArg EvalReduce(std::span<const TFormulaArg> Args, int32_t SheetIndex);
+  TFormulaArg EvalScan(std::span<const TFormulaArg> Args, int32_t SheetIndex);
+  TFormulaArg EvalMakeArray(std::span<const TFormulaArg> Args, int32_t SheetIndex);
+
  private:
+  // LET, LAMBDA (array context only), ISOMITTED and the lambda iterators;
+  // false for any other name.
+  bool TryEvalLambdaForm(const std::string& Name, const TAstNode* Node, int32_t SheetIndex, bool ArrayContext,
+                         TFormulaArg& Result);
+  TFormulaArg EvalFold(std::span<const TFormulaArg> Args, int32_t SheetIndex, bool KeepSteps);
+  // Nesting of lambda calls now running, and whether the limit on it was hit
+  // during the outermost call: then every further call fails at once.
+  int32_t FLambdaDepth = 0;
+  bool FLambdaOverflow = false;
+
   TFormulaContext MakeContext(int32_t SheetIndex) const;
   TCellValue EvalFunction(const TAstNode* Node, int32_t SheetIndex);
   // A special form's result, or false when Name is none or has too few arguments.
