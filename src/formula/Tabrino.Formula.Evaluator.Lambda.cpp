@@ -17,9 +17,13 @@ constexpr int32_t MaxLambdaDepth = 1000;
 // Results are materialised, so a MAKEARRAY size is capped like SEQUENCE's.
 constexpr double MaxArrayRows = 1048576, MaxArrayCols = 16384, MaxArrayCells = 1000000;
 
-TFormulaArg ValueError() { return TFormulaArg::FromError(ceValue); }
+TFormulaArg ValueError() {
+  return TFormulaArg::FromError(ceValue);
+}
 
-bool IsError(const TCellValue& Value) { return Value.Kind == cvkError; }
+bool IsError(const TCellValue& Value) {
+  return Value.Kind == cvkError;
+}
 
 // Unbinds what a LET or a call bound, on every way out.
 struct TUnbindOnExit {
@@ -37,6 +41,22 @@ bool IteratorOperands(std::span<const TFormulaArg> Args, TFormulaArg& Array, con
   return true;
 }
 
+// A Rows by Cols result, one call per cell in row order (0-based indexes);
+// the first error ends it and is the result, so no partial array comes back.
+template <typename TCall>
+TFormulaArg CollectCalls(int32_t Rows, int32_t Cols, TCall Call) {
+  std::vector<TCellValue> Cells;
+  Cells.reserve(size_t(Rows) * size_t(Cols));
+  for (int32_t Row = 0; Row < Rows; ++Row) {
+    for (int32_t Col = 0; Col < Cols; ++Col) {
+      TCellValue Value = Call(Row, Col);
+      if (IsError(Value)) return TFormulaArg::FromScalar(std::move(Value));
+      Cells.push_back(std::move(Value));
+    }
+  }
+  return TFormulaArg::FromRange(std::move(Cells), Rows, Cols);
+}
+
 // The cells of one row or column, as a range of its own without origin.
 TFormulaArg Slice(const TFormulaArg& Array, int32_t Index, bool Row) {
   const int32_t Count = Row ? Array.ColCount : Array.RowCount;
@@ -52,8 +72,10 @@ TFormulaArg Slice(const TFormulaArg& Array, int32_t Index, bool Row) {
 
 void TFormulaEvaluator::BindLocalName(std::string_view Name, const TFormulaArg& Arg, bool Missing) {
   std::string Key = LocalNameKey(Name);
-  if (Missing) FMissingParams.insert(Key);
-  else if (!FMissingParams.empty()) FMissingParams.erase(Key);
+  if (Missing)
+    FMissingParams.insert(Key);
+  else if (!FMissingParams.empty())
+    FMissingParams.erase(Key);
   FLocalNames.insert_or_assign(std::move(Key), Arg);
 }
 
@@ -155,43 +177,30 @@ TFormulaArg TFormulaEvaluator::EvalMap(std::span<const TFormulaArg> Args, int32_
   TFormulaArg Array;
   const ILambdaClosure* Closure;
   if (!IteratorOperands(Args, Array, Closure)) return ValueError();
-  std::vector<TCellValue> Cells;
-  Cells.reserve(Array.Cells.size());
-  for (const TCellValue& Cell : Array.Cells) {
-    const TFormulaArg CallArgs[] = {TFormulaArg::FromScalar(Cell)};
-    TCellValue Value = InvokeLambda(Closure, CallArgs, SheetIndex).First();
-    if (IsError(Value)) return TFormulaArg::FromScalar(std::move(Value));
-    Cells.push_back(std::move(Value));
-  }
-  return TFormulaArg::FromRange(std::move(Cells), Array.RowCount, Array.ColCount);
+  return CollectCalls(Array.RowCount, Array.ColCount, [&](int32_t Row, int32_t Col) {
+    const TFormulaArg CallArgs[] = {TFormulaArg::FromScalar(Array.CellAt(Row, Col))};
+    return InvokeLambda(Closure, CallArgs, SheetIndex).First();
+  });
 }
 
 TFormulaArg TFormulaEvaluator::EvalByRow(std::span<const TFormulaArg> Args, int32_t SheetIndex) {
   TFormulaArg Array;
   const ILambdaClosure* Closure;
   if (!IteratorOperands(Args, Array, Closure)) return ValueError();
-  std::vector<TCellValue> Cells;
-  for (int32_t Row = 0; Row < Array.RowCount; ++Row) {
+  return CollectCalls(Array.RowCount, 1, [&](int32_t Row, int32_t) {
     const TFormulaArg CallArgs[] = {Slice(Array, Row, true)};
-    TCellValue Value = InvokeLambda(Closure, CallArgs, SheetIndex).First();
-    if (IsError(Value)) return TFormulaArg::FromScalar(std::move(Value));
-    Cells.push_back(std::move(Value));
-  }
-  return TFormulaArg::FromRange(std::move(Cells), Array.RowCount, 1);
+    return InvokeLambda(Closure, CallArgs, SheetIndex).First();
+  });
 }
 
 TFormulaArg TFormulaEvaluator::EvalByCol(std::span<const TFormulaArg> Args, int32_t SheetIndex) {
   TFormulaArg Array;
   const ILambdaClosure* Closure;
   if (!IteratorOperands(Args, Array, Closure)) return ValueError();
-  std::vector<TCellValue> Cells;
-  for (int32_t Col = 0; Col < Array.ColCount; ++Col) {
+  return CollectCalls(1, Array.ColCount, [&](int32_t, int32_t Col) {
     const TFormulaArg CallArgs[] = {Slice(Array, Col, false)};
-    TCellValue Value = InvokeLambda(Closure, CallArgs, SheetIndex).First();
-    if (IsError(Value)) return TFormulaArg::FromScalar(std::move(Value));
-    Cells.push_back(std::move(Value));
-  }
-  return TFormulaArg::FromRange(std::move(Cells), 1, Array.ColCount);
+    return InvokeLambda(Closure, CallArgs, SheetIndex).First();
+  });
 }
 
 // REDUCE and SCAN: (accumulator, cell) over every cell in row order. With no
@@ -231,18 +240,11 @@ TFormulaArg TFormulaEvaluator::EvalMakeArray(std::span<const TFormulaArg> Args, 
   if (!(Rows >= 1 && Cols >= 1 && Rows <= MaxArrayRows && Cols <= MaxArrayCols && Rows * Cols <= MaxArrayCells))
     return TFormulaArg::FromError(ceNum);
   const ILambdaClosure* Closure = Args[2].Lambda.get();
-  std::vector<TCellValue> Cells;
-  Cells.reserve(size_t(Rows * Cols));
-  for (int32_t Row = 1; Row <= int32_t(Rows); ++Row) {
-    for (int32_t Col = 1; Col <= int32_t(Cols); ++Col) {
-      const TFormulaArg CallArgs[] = {TFormulaArg::FromScalar(TCellValue::FromNumber(Row)),
-                                      TFormulaArg::FromScalar(TCellValue::FromNumber(Col))};
-      TCellValue Value = InvokeLambda(Closure, CallArgs, SheetIndex).First();
-      if (IsError(Value)) return TFormulaArg::FromScalar(std::move(Value));
-      Cells.push_back(std::move(Value));
-    }
-  }
-  return TFormulaArg::FromRange(std::move(Cells), int32_t(Rows), int32_t(Cols));
+  return CollectCalls(int32_t(Rows), int32_t(Cols), [&](int32_t Row, int32_t Col) {
+    const TFormulaArg CallArgs[] = {TFormulaArg::FromScalar(TCellValue::FromNumber(Row + 1)),
+                                    TFormulaArg::FromScalar(TCellValue::FromNumber(Col + 1))};
+    return InvokeLambda(Closure, CallArgs, SheetIndex).First();
+  });
 }
 
 // ---- dispatch ----------------------------------------------------------------------
@@ -273,8 +275,10 @@ bool TFormulaEvaluator::TryEvalLambdaForm(const std::string& Name, const TAstNod
   }
   if (Form == lfIsOmitted) {
     // Tests the binding without evaluating the name.
-    if (!IsLetIdentifier(A[0].get())) Result = ValueError();
-    else Result = TFormulaArg::FromScalar(TCellValue::FromBoolean(FMissingParams.contains(LetIdentifierName(A[0].get()))));
+    if (!IsLetIdentifier(A[0].get()))
+      Result = ValueError();
+    else
+      Result = TFormulaArg::FromScalar(TCellValue::FromBoolean(FMissingParams.contains(LetIdentifierName(A[0].get()))));
     return true;
   }
   const int32_t LambdaAt = LambdaArgIndex(Form);

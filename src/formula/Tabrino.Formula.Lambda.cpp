@@ -33,9 +33,9 @@ TLambdaForm LambdaFormOf(std::string_view Name) {
     std::string_view Name;
     TLambdaForm Form;
   };
-  static constexpr TEntry Forms[] = {{"LET", lfLet},     {"LAMBDA", lfLambda}, {"ISOMITTED", lfIsOmitted},
-                                     {"MAP", lfMap},     {"BYROW", lfByRow},   {"BYCOL", lfByCol},
-                                     {"REDUCE", lfReduce}, {"SCAN", lfScan},   {"MAKEARRAY", lfMakeArray}};
+  static constexpr TEntry Forms[] = {{"LET", lfLet},       {"LAMBDA", lfLambda}, {"ISOMITTED", lfIsOmitted},
+                                     {"MAP", lfMap},       {"BYROW", lfByRow},   {"BYCOL", lfByCol},
+                                     {"REDUCE", lfReduce}, {"SCAN", lfScan},     {"MAKEARRAY", lfMakeArray}};
   for (const TEntry& Entry : Forms)
     if (Entry.Name == Name) return Entry.Form;
   return lfNone;

@@ -292,8 +292,8 @@ TEST_F(Lambda, MapSpillsAndFollowsItsPrecedents) {
 
 TEST_F(Lambda, SpecialFormsAreListedAndNeverDispatched) {
   const std::vector<const TFunctionDef*> All = AllFunctions();
-  for (const char* Name : {"INDIRECT", "OFFSET", "LET", "LAMBDA", "ISOMITTED", "MAP", "BYROW", "BYCOL", "REDUCE",
-                           "SCAN", "MAKEARRAY"}) {
+  for (const char* Name :
+       {"INDIRECT", "OFFSET", "LET", "LAMBDA", "ISOMITTED", "MAP", "BYROW", "BYCOL", "REDUCE", "SCAN", "MAKEARRAY"}) {
     const TFunctionDef* Form = FindSpecialForm(Name);
     ASSERT_TRUE(Form) << Name;
     EXPECT_TRUE(Form->Flags & fnSpecialForm) << Name;

@@ -29,7 +29,8 @@ std::span<const TFunctionDef> SpecialFormFunctions() {
 
 const TFunctionDef* FindSpecialForm(std::string_view CanonicalName) {
   std::span<const TFunctionDef> Forms = SpecialFormFunctions();
-  auto It = std::find_if(Forms.begin(), Forms.end(), [&](const TFunctionDef& Def) { return Def.Name == CanonicalName; });
+  auto It =
+      std::find_if(Forms.begin(), Forms.end(), [&](const TFunctionDef& Def) { return Def.Name == CanonicalName; });
   return It == Forms.end() ? nullptr : &*It;
 }
 
