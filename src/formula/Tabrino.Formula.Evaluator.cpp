@@ -121,19 +121,28 @@ void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int
     FVisiting.insert(Key);
     FEvalCol = Col;
     FEvalRow = Row;
-    // LET and LAMBDA names belong to one formula: a cell evaluated first
-    // from inside another's LET must not see that formula's names.
+    // LET and LAMBDA state belongs to one formula: a cell evaluated first
+    // from inside another's lambda sees neither its names nor its call depth.
     struct TLeave {
       TFormulaEvaluator* Self;
       TSheetCellKey Key;
       decltype(FLocalNames) OuterNames;
       decltype(FMissingParams) OuterMissing;
+      int32_t OuterDepth;
+      bool OuterOverflow;
       ~TLeave() {
         Self->FVisiting.erase(Key);
         Self->FLocalNames = std::move(OuterNames);
         Self->FMissingParams = std::move(OuterMissing);
+        Self->FLambdaDepth = OuterDepth;
+        Self->FLambdaOverflow = OuterOverflow;
       }
-    } Leave{this, Key, std::exchange(FLocalNames, {}), std::exchange(FMissingParams, {})};
+    } Leave{this,
+            Key,
+            std::exchange(FLocalNames, {}),
+            std::exchange(FMissingParams, {}),
+            std::exchange(FLambdaDepth, 0),
+            std::exchange(FLambdaOverflow, false)};
     TFormulaArg Result = EvalNodeArg(Tree.get(), SheetIndex);
     ApplySpill(SheetIndex, Col, Row, Result);
   });

@@ -277,6 +277,13 @@ TEST_F(Lambda, RecursionThroughALetNameEndsOrFails) {
   EXPECT_EQ(Eval("=MAP(2,LAMBDA(v,v*5))"), "10");
 }
 
+TEST_F(Lambda, ACellFirstReadByARunawayRecursionStillCallsItsLambdas) {
+  // C9 is evaluated for the first time once A5's recursion has hit the limit.
+  Set("C9", TCellValue::FromFormula("=MAP(3,LAMBDA(v,v+1))"));
+  EXPECT_EQ(Eval("=LET(f,LAMBDA(n,IFERROR(MAP(n,f),C9)),MAP(1,f))", "A5"), "4");
+  EXPECT_EQ(Sheet.GetEffectiveValue({3, 9}), TCellValue::FromNumber(4));
+}
+
 TEST_F(Lambda, MapSpillsAndFollowsItsPrecedents) {
   Set("C1", TCellValue::FromFormula("=MAP(A1:A3,LAMBDA(v,v*2))"));
   Evaluator.RecalculateAll();
