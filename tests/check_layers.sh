@@ -12,7 +12,7 @@ layer_of() {  # layer_of <path relative to src>
     Tabrino.Types.*|Tabrino.Cell.*|Tabrino.CellFormat.*|Tabrino.Theme.*|Tabrino.StyleSheet.*|\
     Tabrino.Utf16.*|Tabrino.FormatSettings.*|Tabrino.NumberFormat.*|Tabrino.FloatFormat.*|\
     Tabrino.DateTimeFormat.*|Tabrino.DateSerial.*) echo 0; return ;;
-    Tabrino.Formula.Tokenizer.*|Tabrino.Formula.Parser.*) echo 1; return ;;
+    Tabrino.Formula.Tokenizer.*|Tabrino.Formula.Parser.*|Tabrino.Formula.TreeCache.*) echo 1; return ;;
   esac
   case "$path" in
     model/*|cellrules/*) echo 2 ;;

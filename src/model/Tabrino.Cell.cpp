@@ -6,12 +6,12 @@ bool TCell::IsEmpty() const {
   return Value.IsEmpty() && !HasFormatOverride && StyleIndex == 0 && !HasCachedValue && Sparkline.Kind == spkNone;
 }
 
+TCellValue CacheableResult(const TCellValue& V) {
+  return V.Kind == cvkFormula ? TCellValue::FromText(V.Formula) : V;
+}
+
 void TCell::SetCachedResult(const TCellValue& V) {
-  if (V.Kind == cvkFormula) {
-    CachedValue = TCellValue::FromText(V.Formula);
-  } else {
-    CachedValue = V;
-  }
+  CachedValue = CacheableResult(V);
   HasCachedValue = true;
 }
 

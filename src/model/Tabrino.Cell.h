@@ -30,6 +30,9 @@ struct TSparklineData {
   bool operator==(const TSparklineData&) const = default;
 };
 
+// What a cache holds for a result: a formula is stored as its text.
+TCellValue CacheableResult(const TCellValue& V);
+
 struct TCell {
   TCellValue Value;
   int32_t StyleIndex = 0;

@@ -6,12 +6,31 @@ struct TStoredCell::TRecord {
   TCell Cell;
 };
 
+// A formula with only a style: the common case, a fraction of a full record.
+struct TStoredCell::TFormulaRecord {
+  std::string Formula;
+  TCellValue Cached;
+  bool HasCached;
+  // A cache of the evaluator's, valid for the cell it was kept at.
+  mutable TSharedTree Tree;
+  mutable int32_t TreeCol = 0;
+  mutable int32_t TreeRow = 0;
+};
+
 TStoredCell TStoredCell::FromCell(const TCell& Cell) {
   TStoredCell S;
-  bool Plain = !Cell.HasFormatOverride && Cell.RichText.empty() && !Cell.HasCachedValue &&
-               Cell.Sparkline.Kind == spkNone && Cell.Sparkline.Values.empty() && Cell.StyleIndex >= 0 &&
-               static_cast<uint32_t>(Cell.StyleIndex) <= StyleMask;
-  if (Plain) {
+  const bool Styled = !Cell.HasFormatOverride && Cell.RichText.empty() && Cell.Sparkline.Kind == spkNone &&
+                      Cell.Sparkline.Values.empty() && Cell.StyleIndex >= 0 &&
+                      static_cast<uint32_t>(Cell.StyleIndex) <= StyleMask;
+  const TCellValue& V = Cell.Value;
+  const bool PlainFormula = V.Kind == cvkFormula && V.Text.empty() && V.Number == 0 && !V.BooleanValue &&
+                            V.ErrorCode == ceNone && (V.Formula.empty() || V.Formula.front() == '=');
+  if (Styled && PlainFormula) {
+    S.SetLayout(lyFormula, Cell.StyleIndex);
+    S.SetPayload(new TFormulaRecord{Cell.Value.Formula, Cell.CachedValue, Cell.HasCachedValue, {}, 0, 0});
+    return S;
+  }
+  if (Styled && !Cell.HasCachedValue) {
     switch (Cell.Value.Kind) {
       case cvkEmpty:
         S.SetLayout(lyStyleOnly, Cell.StyleIndex);
@@ -58,6 +77,7 @@ TStoredCell& TStoredCell::operator=(TStoredCell&& Other) noexcept {
 
 void TStoredCell::Release() {
   if (Layout() == lyText) delete Payload<std::string*>();
+  if (Layout() == lyFormula) delete Payload<TFormulaRecord*>();
   if (Layout() == lyRecord) delete Payload<TRecord*>();
   FStyleAndLayout = 0;
 }
@@ -68,6 +88,7 @@ TCellValueKind TStoredCell::Kind() const {
     case lyBoolean: return cvkBoolean;
     case lyError: return cvkError;
     case lyText: return cvkText;
+    case lyFormula: return cvkFormula;
     case lyRecord: return Record().Cell.Value.Kind;
     default: return cvkEmpty;
   }
@@ -95,13 +116,48 @@ const std::string& TStoredCell::Text() const {
 
 const std::string& TStoredCell::Formula() const {
   static const std::string None;
+  if (Layout() == lyFormula) return FormulaRecord().Formula;
   return Layout() == lyRecord ? Record().Cell.Value.Formula : None;
 }
 
-bool TStoredCell::HasCachedValue() const { return Layout() == lyRecord && Record().Cell.HasCachedValue; }
+bool TStoredCell::HasCachedValue() const {
+  if (Layout() == lyFormula) return FormulaRecord().HasCached;
+  return Layout() == lyRecord && Record().Cell.HasCachedValue;
+}
 
 const TCellValue* TStoredCell::CachedValue() const {
-  return HasCachedValue() ? &Record().Cell.CachedValue : nullptr;
+  if (!HasCachedValue()) return nullptr;
+  return Layout() == lyFormula ? &FormulaRecord().Cached : &Record().Cell.CachedValue;
+}
+
+const TCellFormat* TStoredCell::FormatOverride() const {
+  return Layout() == lyRecord && Record().Cell.HasFormatOverride ? &Record().Cell.FormatOverride : nullptr;
+}
+
+const TSharedTree* TStoredCell::KeptTree(int32_t Col, int32_t Row) const {
+  if (Layout() != lyFormula) return nullptr;
+  const TFormulaRecord& R = FormulaRecord();
+  return R.Tree.Tree && R.TreeCol == Col && R.TreeRow == Row ? &R.Tree : nullptr;
+}
+
+void TStoredCell::KeepTree(const TSharedTree& Tree, int32_t Col, int32_t Row) const {
+  if (Layout() != lyFormula) return;
+  const TFormulaRecord& R = FormulaRecord();
+  R.Tree = Tree;
+  R.TreeCol = Col;
+  R.TreeRow = Row;
+}
+
+bool TStoredCell::SetCachedResult(const TCellValue& Value) {
+  if (Layout() == lyFormula) {
+    TFormulaRecord& R = *Payload<TFormulaRecord*>();
+    R.Cached = CacheableResult(Value);
+    R.HasCached = true;
+    return true;
+  }
+  if (Layout() != lyRecord || Record().Cell.Value.Kind != cvkFormula) return false;
+  Payload<TRecord*>()->Cell.SetCachedResult(Value);
+  return true;
 }
 
 bool TStoredCell::HasRichText() const { return Layout() == lyRecord && !Record().Cell.RichText.empty(); }
@@ -118,6 +174,7 @@ TCellValue TStoredCell::Value() const {
     case lyBoolean: return TCellValue::FromBoolean(Payload<uint32_t>() != 0);
     case lyError: return TCellValue::FromError(static_cast<TCellErrorCode>(Payload<uint32_t>()));
     case lyText: return TCellValue::FromText(*Payload<std::string*>());
+    case lyFormula: return TCellValue::FromFormula(FormulaRecord().Formula);
     case lyRecord: return Record().Cell.Value;
     default: return TCellValue::Empty();
   }
@@ -128,6 +185,10 @@ TCell TStoredCell::ToCell() const {
   TCell Cell;
   Cell.Value = Value();
   Cell.StyleIndex = StyleIndex();
+  if (Layout() == lyFormula) {
+    Cell.CachedValue = FormulaRecord().Cached;
+    Cell.HasCachedValue = FormulaRecord().HasCached;
+  }
   return Cell;
 }
 

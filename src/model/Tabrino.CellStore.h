@@ -1,9 +1,10 @@
 // The worksheet's cell dictionary. Cells are keyed by the packed (column, row)
 // pair in a flat hash map, and each stored record is 12 bytes: a plain number,
-// boolean or error lives inline; text points to its string; anything richer
-// (formulas, caches, format overrides, rich text, sparklines) points to an
-// out-of-line record that exists only for such cells. Callers see whole TCell
-// copies; the evaluator reads through the lighter accessors.
+// boolean or error lives inline; text points to its string; a plain formula
+// points to its text and cached result; anything richer (format overrides,
+// rich text, sparklines) points to an out-of-line record that exists only for
+// such cells. Callers see whole TCell copies; the evaluator reads through the
+// lighter accessors.
 #pragma once
 
 #include <absl/container/flat_hash_map.h>
@@ -14,6 +15,7 @@
 #include <string>
 
 #include "Tabrino.Cell.h"
+#include "Tabrino.Formula.TreeCache.h"
 
 namespace Tabrino {
 
@@ -46,14 +48,24 @@ class TStoredCell {
   const std::string& Formula() const;    // cvkFormula only
   bool HasCachedValue() const;
   const TCellValue* CachedValue() const;  // nullptr without a cache
+  const TCellFormat* FormatOverride() const;  // nullptr without one
+  // Replaces a formula's cached result where it lies; false when the cell
+  // holds no formula. Equivalent to storing the cell again with that cache.
   bool HasRichText() const;
   bool HasSparkline() const;
   std::string RichTextPlain() const;
   TCellValue Value() const;
+  bool SetCachedResult(const TCellValue& Value);
+  // The parsed tree of a plain formula standing at (Col, Row), kept with its
+  // text once looked up. The record goes whenever the cell is stored again,
+  // so a kept tree can never outlive its text; nullptr when none is kept.
+  const TSharedTree* KeptTree(int32_t Col, int32_t Row) const;
+  void KeepTree(const TSharedTree& Tree, int32_t Col, int32_t Row) const;
 
  private:
-  enum TLayout : uint8_t { lyStyleOnly, lyNumber, lyBoolean, lyError, lyText, lyRecord };
+  enum TLayout : uint8_t { lyStyleOnly, lyNumber, lyBoolean, lyError, lyText, lyFormula, lyRecord };
   struct TRecord;
+  struct TFormulaRecord;
   static constexpr uint32_t StyleBits = 24;
   static constexpr uint32_t StyleMask = (1u << StyleBits) - 1;
 
@@ -71,6 +83,7 @@ class TStoredCell {
     std::memcpy(FPayload, &V, sizeof V);
   }
   const TRecord& Record() const { return *Payload<TRecord*>(); }
+  const TFormulaRecord& FormulaRecord() const { return *Payload<TFormulaRecord*>(); }
   void Release();
 
   // Two 32-bit words instead of one 64-bit field keep the record 4-byte

@@ -70,11 +70,6 @@ TCellRange TCellRange::Normalize() const {
           std::max(StartRow, EndRow)};
 }
 
-bool TCellRange::Contains(int32_t Col, int32_t Row) const {
-  TCellRange N = Normalize();
-  return Col >= N.StartCol && Col <= N.EndCol && Row >= N.StartRow && Row <= N.EndRow;
-}
-
 bool TCellRange::Intersects(const TCellRange& Other) const {
   TCellRange A = Normalize(), B = Other.Normalize();
   return !(A.EndCol < B.StartCol || A.StartCol > B.EndCol || A.EndRow < B.StartRow || A.StartRow > B.EndRow);

@@ -2,6 +2,7 @@
 // unit is built from. All coordinates are 1-based.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -42,7 +43,11 @@ struct TCellRange {
   static TCellRange Make(int32_t C1, int32_t R1, int32_t C2, int32_t R2) { return {C1, R1, C2, R2}; }
   static TCellRange FromA1(std::string_view Text);
   TCellRange Normalize() const;
-  bool Contains(int32_t Col, int32_t Row) const;
+  // Inline: the dependency graph and range reads ask this millions of times.
+  bool Contains(int32_t Col, int32_t Row) const {
+    return Col >= std::min(StartCol, EndCol) && Col <= std::max(StartCol, EndCol) &&
+           Row >= std::min(StartRow, EndRow) && Row <= std::max(StartRow, EndRow);
+  }
   bool ContainsAddress(const TCellAddress& A) const { return Contains(A.Col, A.Row); }
   bool Intersects(const TCellRange& Other) const;
   int32_t Width() const;

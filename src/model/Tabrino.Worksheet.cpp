@@ -11,11 +11,6 @@ TCell TWorksheet::GetCellAt(int32_t Col, int32_t Row) const {
   return Stored ? Stored->ToCell() : TCell::CreateEmpty();
 }
 
-const TStoredCell* TWorksheet::FindCell(int32_t Col, int32_t Row) const {
-  auto It = FCells.find(TCellKey{Col, Row});
-  return It == FCells.end() ? nullptr : &It->second;
-}
-
 void TWorksheet::SetCell(const TCellAddress& Address, const TCell& Cell) {
   const TCellKey Key{Address.Col, Address.Row};
   // The old cell is only needed by the change event.
@@ -27,6 +22,20 @@ void TWorksheet::SetCell(const TCellAddress& Address, const TCell& Cell) {
   }
   UpdateUsedBounds(Address);
   if (FOnChange) FOnChange(*this, Address, OldCell, Cell);
+}
+
+void TWorksheet::SetCachedResult(int32_t Col, int32_t Row, const TCellValue& Value) {
+  auto It = FCells.find(TCellKey{Col, Row});
+  if (It == FCells.end() || It->second.Kind() != cvkFormula) return;
+  // Updated where it lies: a recalculation writes every formula's cache, and
+  // rebuilding each record would cost an allocation per formula.
+  if (!FOnChange) {
+    It->second.SetCachedResult(Value);
+    return;
+  }
+  const TCell OldCell = It->second.ToCell();
+  It->second.SetCachedResult(Value);
+  FOnChange(*this, TCellAddress{Col, Row}, OldCell, It->second.ToCell());
 }
 
 void TWorksheet::ExpandUsedBounds(int32_t Col, int32_t Row) {
@@ -49,9 +58,8 @@ TCellRange TWorksheet::ClipToUsedBounds(TCellRange Range) const {
 TCellFormat TWorksheet::ResolveFormat(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const {
   const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
   if (!Stored) return Styles ? Styles->ResolveFormat(0) : TCellFormat::Default();
-  TCell Cell = Stored->ToCell();
-  if (Cell.HasFormatOverride) return Cell.FormatOverride;
-  return Styles ? Styles->ResolveFormat(Cell.StyleIndex) : TCellFormat::Default();
+  if (const TCellFormat* Override = Stored->FormatOverride()) return *Override;
+  return Styles ? Styles->ResolveFormat(Stored->StyleIndex()) : TCellFormat::Default();
 }
 
 TCellValue TWorksheet::GetEffectiveValue(const TCellAddress& Address) const {

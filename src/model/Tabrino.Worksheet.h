@@ -56,12 +56,18 @@ class TWorksheet {
   TCell GetCellAt(int32_t Col, int32_t Row) const;
   bool HasCell(const TCellAddress& Address) const { return FCells.contains(TCellKey{Address.Col, Address.Row}); }
   // Read access without copying the cell: nullptr when the cell is absent.
-  const TStoredCell* FindCell(int32_t Col, int32_t Row) const;
+  const TStoredCell* FindCell(int32_t Col, int32_t Row) const {
+    auto It = FCells.find(TCellKey{Col, Row});
+    return It == FCells.end() ? nullptr : &It->second;
+  }
 
   // The single write path: store (or remove when empty), raise the used
   // bounds, then fire FOnChange with the old and new cell.
   void SetCell(const TCellAddress& Address, const TCell& Cell);
   void ClearCell(const TCellAddress& Address) { SetCell(Address, TCell::CreateEmpty()); }
+  // A formula cell's new cached result, with the same effect and change event
+  // as storing the cell again with that cache; nothing for other cells.
+  void SetCachedResult(int32_t Col, int32_t Row, const TCellValue& Value);
   // Number of stored cells.
   size_t CellCount() const { return FCells.size(); }
 
