@@ -11,12 +11,20 @@ namespace Tabrino {
 
 namespace {
 
-// Buckets of 16 columns by 1024 rows: a long column range touches one bucket
-// per thousand rows, and a lookup scans only the ranges near the cell.
-constexpr int32_t ColBlockShift = 4;
-constexpr int32_t RowBlockShift = 10;
-// A range over more buckets than this is kept in its sheet's scanned list.
-constexpr int64_t MaxBucketsPerRange = 4096;
+// Ranges are indexed in buckets of one of two grains: small ranges (a row's
+// SUM) in buckets of 8 columns by 16 rows, so that a lookup scans the few
+// ranges near the cell; taller ones in buckets of 16 columns by 1024 rows,
+// so that a long column range touches one bucket per thousand rows. A range
+// over more coarse buckets than MaxBucketsPerRange is kept in its sheet's
+// scanned list instead.
+struct TGrain {
+  int32_t ColShift;
+  int32_t RowShift;
+  int64_t MaxBucketsPerRange;
+};
+constexpr TGrain Grains[] = {{3, 4, 4}, {4, 10, 4096}};
+constexpr int32_t GrainCount = 2;
+constexpr int32_t LargeGrain = GrainCount;
 
 bool ParseInt(std::string_view Text, int32_t& Value) {
   const char* End = Text.data() + Text.size();
@@ -24,10 +32,25 @@ bool ParseInt(std::string_view Text, int32_t& Value) {
   return Error == std::errc() && Ptr == End;
 }
 
-int64_t BucketCount(const TCellRange& R) {
-  const int64_t Cols = (R.EndCol >> ColBlockShift) - (R.StartCol >> ColBlockShift) + 1;
-  const int64_t Rows = (R.EndRow >> RowBlockShift) - (R.StartRow >> RowBlockShift) + 1;
+int64_t BucketCount(const TCellRange& R, const TGrain& G) {
+  const int64_t Cols = (R.EndCol >> G.ColShift) - (R.StartCol >> G.ColShift) + 1;
+  const int64_t Rows = (R.EndRow >> G.RowShift) - (R.StartRow >> G.RowShift) + 1;
   return Cols * Rows;
+}
+
+int32_t GrainOf(const TCellRange& R) {
+  int32_t Grain = 0;
+  while (Grain < GrainCount && BucketCount(R, Grains[Grain]) > Grains[Grain].MaxBucketsPerRange) ++Grain;
+  return Grain;
+}
+
+// Calls Visit(key) for each bucket of the grain that meets R.
+template <typename F>
+void ForEachBucketKey(int32_t Sheet, int32_t Grain, const TCellRange& R, F&& Visit) {
+  const TGrain& G = Grains[Grain];
+  for (int32_t RowBlock = R.StartRow >> G.RowShift; RowBlock <= R.EndRow >> G.RowShift; ++RowBlock)
+    for (int32_t ColBlock = R.StartCol >> G.ColShift; ColBlock <= R.EndCol >> G.ColShift; ++ColBlock)
+      Visit(Sheet, Grain, ColBlock, RowBlock);
 }
 
 }  // namespace
@@ -110,18 +133,18 @@ template <typename F>
 void TFormulaDependencyGraph::ForEachBucket(const TRangeEntry& Entry, F&& Visit) {
   const int32_t Sheet = Entry.Range.Sheet;
   const TCellRange& R = Entry.Range.Range;
-  if (Entry.Large) {
+  if (Entry.Grain == LargeGrain) {
     Visit(FLargeRanges, Sheet);
     return;
   }
-  for (int32_t RowBlock = R.StartRow >> RowBlockShift; RowBlock <= R.EndRow >> RowBlockShift; ++RowBlock)
-    for (int32_t ColBlock = R.StartCol >> ColBlockShift; ColBlock <= R.EndCol >> ColBlockShift; ++ColBlock)
-      Visit(FRangeBuckets, TBucketKey{Sheet, ColBlock, RowBlock});
+  ForEachBucketKey(Sheet, Entry.Grain, R, [&](int32_t S, int32_t Grain, int32_t ColBlock, int32_t RowBlock) {
+    Visit(FRangeBuckets, TBucketKey{S, Grain, ColBlock, RowBlock});
+  });
 }
 
 uint32_t TFormulaDependencyGraph::AddRangeEntry(const TSheetCellKey& Formula, const TSheetRangeKey& Range,
                                                 uint64_t Registration) {
-  const TRangeEntry Entry{Formula, Range, Registration, BucketCount(Range.Range) > MaxBucketsPerRange};
+  const TRangeEntry Entry{Formula, Range, Registration, GrainOf(Range.Range)};
   uint32_t Id;
   if (!FFreeRangeIds.empty()) {
     Id = FFreeRangeIds.back();
@@ -170,9 +193,12 @@ void TFormulaDependencyGraph::GetDependents(const TSheetCellKey& Key, std::vecto
       if (Entry.Range.Range.Contains(Key.Col, Key.Row)) RangeReaders.emplace_back(Entry.Registration, Entry.Formula);
     }
   };
-  if (auto It = FRangeBuckets.find(TBucketKey{Key.Sheet, Key.Col >> ColBlockShift, Key.Row >> RowBlockShift});
-      It != FRangeBuckets.end())
-    Scan(It->second);
+  for (int32_t Grain = 0; Grain < GrainCount; ++Grain) {
+    const TGrain& G = Grains[Grain];
+    if (auto It = FRangeBuckets.find(TBucketKey{Key.Sheet, Grain, Key.Col >> G.ColShift, Key.Row >> G.RowShift});
+        It != FRangeBuckets.end())
+      Scan(It->second);
+  }
   if (auto It = FLargeRanges.find(Key.Sheet); It != FLargeRanges.end()) Scan(It->second);
 
   if (RangeReaders.empty()) {
@@ -218,12 +244,14 @@ void TFormulaDependencyGraph::ForEachReadIn(
                                       std::min(R.EndCol, B.EndCol), std::min(R.EndRow, B.EndRow)});
     }
   };
-  const int64_t BlockBuckets = BucketCount(B);
+  int64_t BlockBuckets = 0;
+  for (const TGrain& G : Grains) BlockBuckets += BucketCount(B, G);
   if (BlockBuckets <= int64_t(FRangeBuckets.size())) {
-    for (int32_t RowBlock = B.StartRow >> RowBlockShift; RowBlock <= B.EndRow >> RowBlockShift; ++RowBlock)
-      for (int32_t ColBlock = B.StartCol >> ColBlockShift; ColBlock <= B.EndCol >> ColBlockShift; ++ColBlock)
-        if (auto It = FRangeBuckets.find(TBucketKey{Block.Sheet, ColBlock, RowBlock}); It != FRangeBuckets.end())
+    for (int32_t Grain = 0; Grain < GrainCount; ++Grain)
+      ForEachBucketKey(Block.Sheet, Grain, B, [&](int32_t S, int32_t G, int32_t ColBlock, int32_t RowBlock) {
+        if (auto It = FRangeBuckets.find(TBucketKey{S, G, ColBlock, RowBlock}); It != FRangeBuckets.end())
           VisitRanges(It->second);
+      });
   } else {
     for (const auto& [Bucket, Ids] : FRangeBuckets)
       if (Bucket.Sheet == Block.Sheet) VisitRanges(Ids);

@@ -101,17 +101,18 @@ class TFormulaDependencyGraph {
     TSheetCellKey Formula;
     TSheetRangeKey Range;
     uint64_t Registration;
-    bool Large;
+    int32_t Grain;  // index of the bucket grain, or LargeGrain
   };
-  // A bucket of the range index: sheet, column block, row block.
+  // A bucket of the range index: sheet, grain, column block, row block.
   struct TBucketKey {
     int32_t Sheet;
+    int32_t Grain;
     int32_t ColBlock;
     int32_t RowBlock;
     bool operator==(const TBucketKey&) const = default;
     template <typename H>
     friend H AbslHashValue(H State, const TBucketKey& K) {
-      return H::combine(std::move(State), K.Sheet, K.ColBlock, K.RowBlock);
+      return H::combine(std::move(State), K.Sheet, K.Grain, K.ColBlock, K.RowBlock);
     }
   };
 

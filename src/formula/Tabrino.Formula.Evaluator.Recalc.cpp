@@ -10,15 +10,15 @@ namespace Tabrino {
 void TFormulaEvaluator::CollectDeps(const TAstNode* Node, int32_t SheetIndex, TFormulaDependencies& List) const {
   if (!Node) return;
   switch (Node->Kind) {
-    case ankCellRef: List.AddCell({SheetIndex, Node->Col, Node->Row}); return;
+    case ankCellRef: List.AddCell({SheetIndex, RefCol(Node), RefRow(Node)}); return;
     case ankSheetRef:
       if (int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName); Target >= 0)
-        List.AddCell({Target, Node->Col, Node->Row});
+        List.AddCell({Target, RefCol(Node), RefRow(Node)});
       return;
     case ankRange: {
       int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName);
       if (Target < 0) Target = SheetIndex;
-      TCellRange Range = TCellRange{Node->Col, Node->Row, Node->Col2, Node->Row2}.Normalize();
+      TCellRange Range = TCellRange{RefCol(Node), RefRow(Node), RefCol2(Node), RefRow2(Node)}.Normalize();
       if (const TWorksheet* Sheet = FWorkbook->GetSheet(Target)) Range = Sheet->ClipToUsedBounds(Range);
       List.AddRange(Target, Range);
       return;
@@ -56,20 +56,22 @@ void TFormulaEvaluator::RegisterCellFormula(int32_t SheetIndex, int32_t Col, int
     FGraph.ClearCell(Key);
     return;
   }
-  std::shared_ptr<const TAstNode> Tree = FTrees.Get(Cell->Formula());
+  const TSharedTree Shared = TreeOfCell(*Cell, Col, Row);
+  TShiftScope Shift(*this, Shared);
   // A bare table column resolves against the table holding the formula's own
   // cell, as it will when evaluated; the anchor is put back afterwards.
   const int32_t SavedCol = FEvalCol, SavedRow = FEvalRow;
   FEvalCol = Col;
   FEvalRow = Row;
   TFormulaDependencies Deps;
-  CollectDeps(Tree.get(), SheetIndex, Deps);
+  CollectDeps(Shared.Tree.get(), SheetIndex, Deps);
   FEvalCol = SavedCol;
   FEvalRow = SavedRow;
   FGraph.SetDependencies(Key, Deps);
 }
 
 void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32_t Row) {
+  TPassScope Pass(*this);
   // A value written over a spilling formula ends its spill.
   if (TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex); Sheet && !HoldsFormula(SheetIndex, Col, Row))
     Sheet->FSpills.ClearAnchor(Col, Row);
@@ -93,6 +95,7 @@ void TFormulaEvaluator::RebuildAllDependencies() {
 }
 
 void TFormulaEvaluator::RecalculateAll() {
+  TPassScope Pass(*this);
   RebuildAllDependencies();
   std::vector<TSheetCellKey> Nodes;
   for (int32_t SheetIndex = 0; SheetIndex < FWorkbook->SheetCount(); ++SheetIndex)

@@ -57,12 +57,15 @@ void TFormulaEvaluator::ApplySpill(int32_t SheetIndex, int32_t Col, int32_t Row,
   std::optional<TCellRange> Old;
   if (const TSpillRange* Present = Sheet->FSpills.FindSpill(Col, Row)) Old = Present->AsRange();
   Sheet->FSpills.ClearAnchor(Col, Row);
+  // Spilled values show through empty cells of ranges read before.
+  const bool Spills = Arg.IsRange && int64_t(Arg.RowCount) * Arg.ColCount > 1;
+  if (Old || Spills) FRangeCache.Clear();
   // What the old block showed has gone or moved: its readers must look again.
   auto DirtyOld = [&] {
     if (Old) DirtySpillDependents(SheetIndex, Old->StartCol, Old->StartRow, Old->EndCol, Old->EndRow);
   };
 
-  if (Arg.IsRange && int64_t(Arg.RowCount) * Arg.ColCount > 1) {
+  if (Spills) {
     if (SpillDestinationBlocked(Sheet, Col, Row, Arg.ColCount, Arg.RowCount)) {
       WriteCache(SheetIndex, Col, Row, TCellValue::FromError(ceSpill));
       DirtyOld();
@@ -98,6 +101,7 @@ bool TFormulaEvaluator::SpillDestinationBlocked(const TWorksheet* Sheet, int32_t
 
 void TFormulaEvaluator::DirtySpillDependents(int32_t SheetIndex, int32_t Col1, int32_t Row1, int32_t Col2,
                                              int32_t Row2) {
+  TPassScope Pass(*this);
   const TCellRange Block = TCellRange{Col1, Row1, Col2, Row2}.Normalize();
   const TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
   const std::vector<TSheetCellKey> BlockFormulas =

@@ -54,6 +54,7 @@ bool IntersectAnchor(const TCellRange& R, int32_t AnchorCol, int32_t AnchorRow, 
 // ---- cells -----------------------------------------------------------------
 
 TCellValue TFormulaEvaluator::EvaluateCell(int32_t SheetIndex, int32_t Col, int32_t Row) {
+  TPassScope Pass(*this);
   TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
   if (!Sheet) return TCellValue::FromError(ceRef);
   const TStoredCell* Cell = Sheet->FindCell(Col, Row);
@@ -86,14 +87,18 @@ TCellValue TFormulaEvaluator::GetRawCellValue(int32_t SheetIndex, int32_t Col, i
   return Cached ? *Cached : TCellValue();
 }
 
+TSharedTree TFormulaEvaluator::TreeOfCell(const TStoredCell& Cell, int32_t Col, int32_t Row) {
+  if (const TSharedTree* Kept = Cell.KeptTree(Col, Row)) return *Kept;
+  TSharedTree Shared = FTrees.Get(Cell.Formula(), Col, Row);
+  Cell.KeepTree(Shared, Col, Row);
+  return Shared;
+}
+
 void TFormulaEvaluator::WriteCache(int32_t SheetIndex, int32_t Col, int32_t Row, const TCellValue& Value) {
   TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
   if (!Sheet) return;
-  const TStoredCell* Stored = Sheet->FindCell(Col, Row);
-  if (!Stored || Stored->Kind() != cvkFormula) return;
-  TCell Cell = Stored->ToCell();
-  Cell.SetCachedResult(Value);
-  Sheet->SetCell({Col, Row}, Cell);
+  Sheet->SetCachedResult(Col, Row, Value);
+  FRangeCache.Invalidate(SheetIndex, Col, Row);
 }
 
 void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int32_t Row) {
@@ -102,15 +107,17 @@ void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int
   const TStoredCell* Stored = Sheet->FindCell(Col, Row);
   if (!Stored || Stored->Kind() != cvkFormula) {
     // A formula that has gone takes its spill with it.
+    if (Sheet->FSpills.FindSpill(Col, Row)) FRangeCache.Clear();
     Sheet->FSpills.ClearAnchor(Col, Row);
     return;
   }
+  TPassScope Pass(*this);
   const TSheetCellKey Key{SheetIndex, Col, Row};
   if (FVisiting.contains(Key)) {
     WriteCache(SheetIndex, Col, Row, TCellValue::FromError(ceCirc));
     return;
   }
-  std::shared_ptr<const TAstNode> Tree = FTrees.Get(Stored->Formula());
+  const TSharedTree Shared = TreeOfCell(*Stored, Col, Row);
   if (Stored->HasSparkline()) {
     // A sparkline function starts from nothing on every evaluation.
     TCell Cell = Stored->ToCell();
@@ -143,15 +150,18 @@ void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int
             std::exchange(FMissingParams, {}),
             std::exchange(FLambdaDepth, 0),
             std::exchange(FLambdaOverflow, false)};
-    TFormulaArg Result = EvalNodeArg(Tree.get(), SheetIndex);
+    TShiftScope Shift(*this, Shared);
+    TFormulaArg Result = EvalNodeArg(Shared.Tree.get(), SheetIndex);
     ApplySpill(SheetIndex, Col, Row, Result);
   });
 }
 
 TCellValue TFormulaEvaluator::Evaluate(std::string_view FormulaText, int32_t SheetIndex) {
   if (SheetIndex < 0) SheetIndex = FWorkbook->FActiveSheetIndex;
-  std::shared_ptr<const TAstNode> Tree = FTrees.Get(FormulaText);
-  return EvalNode(Tree.get(), SheetIndex);
+  TPassScope Pass(*this);
+  const TSharedTree Shared = FTrees.Get(FormulaText, 0, 0);
+  TShiftScope Shift(*this, Shared);
+  return EvalNode(Shared.Tree.get(), SheetIndex);
 }
 
 // ---- sheets, tables, names ---------------------------------------------------
@@ -235,6 +245,7 @@ TFormulaArg TFormulaEvaluator::ReadRange(int32_t SheetIndex, TCellRange Range, b
   const int64_t Rows = int64_t(Range.EndRow) - Range.StartRow + 1;
   const int64_t Cols = int64_t(Range.EndCol) - Range.StartCol + 1;
   if (Rows * Cols > MaxRangeCells) return TFormulaArg::FromError(ceNum);
+  if (const TFormulaArg* Cached = FRangeCache.Find(SheetIndex, Range)) return *Cached;
   std::vector<TCellValue> Cells;
   Cells.reserve(static_cast<size_t>(Rows * Cols));
   for (int32_t Row = Range.StartRow; Row <= Range.EndRow; ++Row)
@@ -244,6 +255,7 @@ TFormulaArg TFormulaEvaluator::ReadRange(int32_t SheetIndex, TCellRange Range, b
   Arg.OriginCol = Range.StartCol;
   Arg.OriginRow = Range.StartRow;
   Arg.OriginSheetIndex = SheetIndex;
+  if (FPassDepth > 0) FRangeCache.Store(SheetIndex, Range, Arg);
   return Arg;
 }
 
@@ -257,7 +269,7 @@ TCellValue TFormulaEvaluator::ImplicitIntersectRange(const TAstNode* Node, int32
   if (!Node || Node->Kind != ankRange) return TCellValue::FromError(ceValue);
   int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName);
   if (!FWorkbook->GetSheet(Target)) return TCellValue::FromError(ceRef);
-  return ReadRangeCellAtAnchor(Target, Ordered(Node->Col, Node->Row, Node->Col2, Node->Row2));
+  return ReadRangeCellAtAnchor(Target, Ordered(RefCol(Node), RefRow(Node), RefCol2(Node), RefRow2(Node)));
 }
 
 TCellValue TFormulaEvaluator::ImplicitIntersectArg(const TFormulaArg& Arg) const {
@@ -333,12 +345,12 @@ TCellValue TFormulaEvaluator::EvalNode(const TAstNode* Node, int32_t SheetIndex)
     case ankString: return TCellValue::FromText(Node->Text);
     case ankBool: return TCellValue::FromBoolean(Node->BooleanValue);
     case ankError: return TCellValue::FromError(Node->ErrorCode);
-    case ankCellRef: return GetRawCellValue(SheetIndex, Node->Col, Node->Row);
+    case ankCellRef: return GetRawCellValue(SheetIndex, RefCol(Node), RefRow(Node));
     case ankRange: return ImplicitIntersectRange(Node, SheetIndex);
     case ankSheetRef: {
       int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName);
       if (Target < 0) return TCellValue::FromError(ceRef);
-      return GetRawCellValue(Target, Node->Col, Node->Row);
+      return GetRawCellValue(Target, RefCol(Node), RefRow(Node));
     }
     case ankTableRef: {
       int32_t Target;
@@ -439,9 +451,10 @@ bool TFormulaEvaluator::TryEvalSpecialForm(const std::string& Name, const TAstNo
       int32_t Anchor = IsRow ? FEvalRow : FEvalCol;
       Value = Anchor > 0 ? Anchor : 1;
     } else if (A[0]->Kind == ankCellRef || A[0]->Kind == ankSheetRef) {
-      Value = IsRow ? A[0]->Row : A[0]->Col;
+      Value = IsRow ? RefRow(A[0].get()) : RefCol(A[0].get());
     } else if (A[0]->Kind == ankRange) {
-      Value = IsRow ? std::min(A[0]->Row, A[0]->Row2) : std::min(A[0]->Col, A[0]->Col2);
+      Value = IsRow ? std::min(RefRow(A[0].get()), RefRow2(A[0].get()))
+                    : std::min(RefCol(A[0].get()), RefCol2(A[0].get()));
     }
     Result = TCellValue::FromNumber(Value);
     return true;
@@ -503,17 +516,17 @@ TFormulaArg TFormulaEvaluator::EvalArg(const TAstNode* Node, int32_t SheetIndex)
     case ankSheetRef: {
       int32_t Target = Node->Kind == ankCellRef ? SheetIndex : ResolveSheetIndex(SheetIndex, Node->SheetName);
       if (Target < 0) return TFormulaArg::FromError(ceRef);
-      TFormulaArg Arg = TFormulaArg::FromScalar(GetRawCellValue(Target, Node->Col, Node->Row));
+      TFormulaArg Arg = TFormulaArg::FromScalar(GetRawCellValue(Target, RefCol(Node), RefRow(Node)));
       Arg.HasOrigin = true;
-      Arg.OriginCol = Node->Col;
-      Arg.OriginRow = Node->Row;
+      Arg.OriginCol = RefCol(Node);
+      Arg.OriginRow = RefRow(Node);
       Arg.OriginSheetIndex = Target;
       return Arg;
     }
     case ankRange: {
       int32_t Target = ResolveSheetIndex(SheetIndex, Node->SheetName);
       if (Target < 0) return TFormulaArg::FromError(ceRef);
-      return ReadRange(Target, TCellRange{Node->Col, Node->Row, Node->Col2, Node->Row2}, true);
+      return ReadRange(Target, TCellRange{RefCol(Node), RefRow(Node), RefCol2(Node), RefRow2(Node)}, true);
     }
     case ankTableRef: {
       int32_t Target;

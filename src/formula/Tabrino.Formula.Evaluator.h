@@ -15,6 +15,7 @@
 #include "Tabrino.Formula.Builtins.h"
 #include "Tabrino.Formula.DependencyGraph.h"
 #include "Tabrino.Formula.Lambda.h"
+#include "Tabrino.Formula.RangeCache.h"
 #include "Tabrino.Formula.TreeCache.h"
 #include "Tabrino.Workbook.h"
 
@@ -32,6 +33,15 @@ class TFormulaEvaluator {
   int32_t FEvalRow = 0;
   // Replaces the system clock for TODAY and NOW when set.
   TClockFunc FClock;
+  // How far the relative references of the tree under evaluation move: one
+  // tree serves every formula of its shape (see TFormulaTreeCache), so a
+  // reference's place is its node's plus this shift unless it is absolute.
+  int32_t FShiftCol = 0;
+  int32_t FShiftRow = 0;
+  int32_t RefCol(const TAstNode* Node) const { return Node->Col + (Node->RefFlags & rfColAbs ? 0 : FShiftCol); }
+  int32_t RefRow(const TAstNode* Node) const { return Node->Row + (Node->RefFlags & rfRowAbs ? 0 : FShiftRow); }
+  int32_t RefCol2(const TAstNode* Node) const { return Node->Col2 + (Node->RefFlags & rfCol2Abs ? 0 : FShiftCol); }
+  int32_t RefRow2(const TAstNode* Node) const { return Node->Row2 + (Node->RefFlags & rfRow2Abs ? 0 : FShiftRow); }
 
   explicit TFormulaEvaluator(TWorkbook& Workbook) : FWorkbook(&Workbook) {}
   TFormulaEvaluator(const TFormulaEvaluator&) = delete;
@@ -154,6 +164,49 @@ class TFormulaEvaluator {
   TCellValue ReadRangeCellAtAnchor(int32_t SheetIndex, const TCellRange& Range);
 
   TFormulaTreeCache FTrees;
+  // The tree of a formula cell, kept with the cell after the first lookup.
+  TSharedTree TreeOfCell(const TStoredCell& Cell, int32_t Col, int32_t Row);
+
+  // Range reads may be shared within one call into the evaluator; the
+  // outermost call starts and ends with an empty cache, so that edits made
+  // between calls are always seen.
+  class TPassScope {
+   public:
+    explicit TPassScope(TFormulaEvaluator& Evaluator) : FSelf(Evaluator) {
+      if (FSelf.FPassDepth++ == 0) FSelf.FRangeCache.Clear();
+    }
+    ~TPassScope() {
+      if (--FSelf.FPassDepth == 0) FSelf.FRangeCache.Clear();
+    }
+    TPassScope(const TPassScope&) = delete;
+    TPassScope& operator=(const TPassScope&) = delete;
+
+   private:
+    TFormulaEvaluator& FSelf;
+  };
+  int32_t FPassDepth = 0;
+  TRangeReadCache FRangeCache;
+
+  // Sets the shift of a shared tree for one evaluation and puts the outer
+  // one back, so that nested evaluations of other cells do not disturb it.
+  class TShiftScope {
+   public:
+    TShiftScope(TFormulaEvaluator& Evaluator, const TSharedTree& Shared)
+        : FSelf(Evaluator), FOuterCol(Evaluator.FShiftCol), FOuterRow(Evaluator.FShiftRow) {
+      FSelf.FShiftCol = Shared.ShiftCol;
+      FSelf.FShiftRow = Shared.ShiftRow;
+    }
+    ~TShiftScope() {
+      FSelf.FShiftCol = FOuterCol;
+      FSelf.FShiftRow = FOuterRow;
+    }
+    TShiftScope(const TShiftScope&) = delete;
+    TShiftScope& operator=(const TShiftScope&) = delete;
+
+   private:
+    TFormulaEvaluator& FSelf;
+    int32_t FOuterCol, FOuterRow;
+  };
 };
 
 }  // namespace Tabrino

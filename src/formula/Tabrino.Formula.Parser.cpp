@@ -40,6 +40,7 @@ std::unique_ptr<TAstNode> CloneAstNode(const TAstNode* Node) {
   if (!Node) return nullptr;
   auto Copy = std::make_unique<TAstNode>(Node->Kind);
   Copy->BooleanValue = Node->BooleanValue;
+  Copy->RefFlags = Node->RefFlags;
   Copy->ErrorCode = Node->ErrorCode;
   Copy->Col = Node->Col;
   Copy->Row = Node->Row;
@@ -177,6 +178,28 @@ TFormulaParser::TSubtree TFormulaParser::ParsePrimary() {
   }
 }
 
+namespace {
+
+// The flags of one corner ("$A1", "B$2", "C", "7"): a column-only corner
+// spans every row, a row-only corner every column, so those never move.
+uint8_t CornerFlags(std::string_view Corner) {
+  const size_t FirstDigit = Corner.find_first_of("0123456789");
+  const bool HasLetter = Corner.find_first_not_of("$0123456789") != std::string_view::npos;
+  const bool HasDigit = FirstDigit != std::string_view::npos;
+  const bool ColAbs = !HasLetter || (!Corner.empty() && Corner.front() == '$');
+  const bool RowAbs = !HasDigit || (FirstDigit > 0 && Corner[FirstDigit - 1] == '$');
+  return uint8_t((ColAbs ? rfColAbs : 0) | (RowAbs ? rfRowAbs : 0));
+}
+
+}  // namespace
+
+uint8_t ReferenceAbsoluteFlags(std::string_view RefText) {
+  if (size_t Bang = RefText.rfind('!'); Bang != std::string_view::npos) RefText.remove_prefix(Bang + 1);
+  const size_t Colon = RefText.find(':');
+  if (Colon == std::string_view::npos) return CornerFlags(RefText);
+  return uint8_t(CornerFlags(RefText.substr(0, Colon)) | (CornerFlags(RefText.substr(Colon + 1)) << 2));
+}
+
 TFormulaParser::TSubtree TFormulaParser::ParseLiteralOrReference() {
   TAstNodeKind Kind;
   switch (FCurrent.Kind) {
@@ -191,6 +214,7 @@ TFormulaParser::TSubtree TFormulaParser::ParseLiteralOrReference() {
   auto Node = std::make_unique<TAstNode>(Kind);
   if (Kind == ankNumber) Node->Number = FCurrent.Number;
   if (Kind == ankBool) Node->BooleanValue = FCurrent.Text == "TRUE";  // the tokenizer upper-cased it
+  if (Kind == ankCellRef || Kind == ankRange || Kind == ankSheetRef) Node->RefFlags = ReferenceAbsoluteFlags(FCurrent.Text);
   Node->Col = FCurrent.Col;
   Node->Row = FCurrent.Row;
   Node->Col2 = FCurrent.Col2;

@@ -43,12 +43,20 @@ enum TAstNodeKind : uint8_t {
 // The enumerator's own name ("ankBinary"), for tools and test messages.
 std::string_view AstNodeKindName(TAstNodeKind Kind);
 
+// Which coordinates of a reference are absolute ($A$1, or the row span of a
+// whole column): those stay put when a tree parsed for one cell serves
+// another cell whose formula differs only by where it stands.
+enum TRefFlag : uint8_t { rfColAbs = 1, rfRowAbs = 2, rfCol2Abs = 4, rfRow2Abs = 8 };
+// The TRefFlag bits of a reference token's text ("Sheet1!$A1:B$2", "A:A", "3:5").
+uint8_t ReferenceAbsoluteFlags(std::string_view RefText);
+
 // One node shape for every kind; which fields mean something depends on Kind.
 // Trees are immutable once parsed, so they may be shared by readers.
 class TAstNode {
  public:
   TAstNodeKind Kind = ankError;
   bool BooleanValue = false;          // ankBool
+  uint8_t RefFlags = 0;               // references: TRefFlag bits
   TCellErrorCode ErrorCode = ceNone;  // ankError
   int32_t Col = 0, Row = 0;           // references
   int32_t Col2 = 0, Row2 = 0;         // ankRange; for ankArrayLit the columns and rows
