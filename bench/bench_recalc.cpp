@@ -55,6 +55,50 @@ void BM_NotifyHeadOfChain(benchmark::State& State) {
 }
 BENCHMARK(BM_NotifyHeadOfChain)->Unit(benchmark::kMillisecond);
 
+// The incremental edits of the peer comparison: one value in W1's column A
+// (its four dependent formulas settle) and the head of W4's chain of 100,000.
+void FillW1(TWorkbook& Book, int32_t Rows) {
+  TWorksheet& Sheet = *Book.ActiveSheet();
+  auto Formula = [&](int32_t Col, int32_t Row, const std::string& Text) {
+    Sheet.SetCell({Col, Row}, TCell::WithValue(TCellValue::FromFormula(Text)));
+  };
+  for (int32_t Row = 1; Row <= Rows; ++Row) {
+    const std::string R = std::to_string(Row);
+    Sheet.SetCell({1, Row}, TCell::WithValue(TCellValue::FromNumber(Row)));
+    Formula(2, Row, "=A" + R + "*1.1");
+    Formula(3, Row, "=IF(B" + R + ">50000,B" + R + "-A" + R + ",A" + R + "-B" + R + ")");
+    Formula(4, Row, "=SUM(A" + R + ":C" + R + ")");
+    Formula(5, Row, "=ROUND(D" + R + "/3,2)");
+  }
+}
+
+void BM_EditW1ColumnA(benchmark::State& State) {
+  TWorkbook Book;
+  FillW1(Book, 100000);
+  TFormulaEvaluator Evaluator(Book);
+  Evaluator.RecalculateAll();
+  double Value = 1;
+  for (auto _ : State) {
+    Book.ActiveSheet()->SetCell({1, 50000}, TCell::WithValue(TCellValue::FromNumber(++Value)));
+    Evaluator.NotifyCellChanged(0, 1, 50000);
+  }
+}
+BENCHMARK(BM_EditW1ColumnA)->Unit(benchmark::kMicrosecond);
+
+void BM_EditW4ChainHead(benchmark::State& State) {
+  TWorkbook Book;
+  FillChain(Book, 100000);
+  TFormulaEvaluator Evaluator(Book);
+  Evaluator.RecalculateAll();
+  double Value = 1;
+  for (auto _ : State) {
+    Book.ActiveSheet()->SetCell({1, 1}, TCell::WithValue(TCellValue::FromNumber(++Value)));
+    Evaluator.NotifyCellChanged(0, 1, 1);
+  }
+  State.SetItemsProcessed(State.iterations() * 100000);
+}
+BENCHMARK(BM_EditW4ChainHead)->Unit(benchmark::kMillisecond);
+
 void BM_RecalculateAllChain(benchmark::State& State) {
   TWorkbook Book;
   FillChain(Book);
