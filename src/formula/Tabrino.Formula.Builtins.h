@@ -71,6 +71,8 @@ struct TFormulaArg {
 using TClockFunc = std::function<double()>;
 double SystemClockSerial();
 
+class TExactIndexCache;
+
 struct TFormulaContext {
   TWorksheet* Sheet = nullptr;
   int32_t SheetIndex = 0;
@@ -79,6 +81,8 @@ struct TFormulaContext {
   int32_t EvalCol = 0;
   int32_t EvalRow = 0;
   const TClockFunc* Clock = nullptr;
+  // Indexes for repeated exact lookups; none outside an evaluator.
+  TExactIndexCache* ExactIndexes = nullptr;
 
   double Now() const { return Clock && *Clock ? (*Clock)() : SystemClockSerial(); }
 };

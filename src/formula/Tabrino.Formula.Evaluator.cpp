@@ -330,6 +330,7 @@ TFormulaContext TFormulaEvaluator::MakeContext(int32_t SheetIndex) const {
   Context.EvalCol = FEvalCol;
   Context.EvalRow = FEvalRow;
   Context.Clock = &FClock;
+  Context.ExactIndexes = &FExactIndexes;
   return Context;
 }
 

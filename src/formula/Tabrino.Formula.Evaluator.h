@@ -14,6 +14,7 @@
 
 #include "Tabrino.Formula.Builtins.h"
 #include "Tabrino.Formula.DependencyGraph.h"
+#include "Tabrino.Formula.ExactIndex.h"
 #include "Tabrino.Formula.Lambda.h"
 #include "Tabrino.Formula.RangeCache.h"
 #include "Tabrino.Formula.TreeCache.h"
@@ -173,10 +174,10 @@ class TFormulaEvaluator {
   class TPassScope {
    public:
     explicit TPassScope(TFormulaEvaluator& Evaluator) : FSelf(Evaluator) {
-      if (FSelf.FPassDepth++ == 0) FSelf.FRangeCache.Clear();
+      if (FSelf.FPassDepth++ == 0) FSelf.ClearPassCaches();
     }
     ~TPassScope() {
-      if (--FSelf.FPassDepth == 0) FSelf.FRangeCache.Clear();
+      if (--FSelf.FPassDepth == 0) FSelf.ClearPassCaches();
     }
     TPassScope(const TPassScope&) = delete;
     TPassScope& operator=(const TPassScope&) = delete;
@@ -186,6 +187,12 @@ class TFormulaEvaluator {
   };
   int32_t FPassDepth = 0;
   TRangeReadCache FRangeCache;
+  // Lookup indexes over immutable cell storage; kept with the range reads.
+  mutable TExactIndexCache FExactIndexes;
+  void ClearPassCaches() {
+    FRangeCache.Clear();
+    FExactIndexes.Clear();
+  }
 
   // Sets the shift of a shared tree for one evaluation and puts the outer
   // one back, so that nested evaluations of other cells do not disturb it.

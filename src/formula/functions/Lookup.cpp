@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "Tabrino.Formula.ExactIndex.h"
 #include "Tabrino.Formula.Functions.h"
 
 namespace Tabrino {
@@ -13,10 +14,24 @@ namespace {
 
 constexpr int64_t NotFound = -1;
 
+// The first of Count cells, Stride apart, that Key matches: through the
+// context's index when the table is searched repeatedly, else by a walk.
+int64_t FindExact(const TFunctionCall& Call, const TFormulaArg& Table, int64_t Count, int64_t Stride,
+                  const TLookupKey& Key) {
+  if (Call.Context.ExactIndexes)
+    if (const TExactMatchIndex* Index = Call.Context.ExactIndexes->For(Table, Count, Stride)) return Index->Find(Key);
+  std::span<const TCellValue> Cells = ArgValues(Table);
+  for (int64_t At = 0; At < Count && static_cast<size_t>(At * Stride) < Cells.size(); ++At)
+    if (Key.Matches(Cells[At * Stride])) return At;
+  return NotFound;
+}
+
 // Walks Count cells, Stride apart, for Key: the first exact hit ends the walk;
 // otherwise, with Approx, the largest number not above the key wins, the last
-// of equals. Both sides must be numeric for numbers to decide.
-int64_t WalkFirstLine(const TFormulaArg& Table, int64_t Count, int64_t Stride, const TLookupKey& Key, bool Approx) {
+// of equals. Exact searches go to FindExact. Both sides must be numeric for numbers to decide.
+int64_t WalkFirstLine(const TFunctionCall& Call, const TFormulaArg& Table, int64_t Count, int64_t Stride,
+                      const TLookupKey& Key, bool Approx) {
+  if (!Approx) return FindExact(Call, Table, Count, Stride, Key);
   std::span<const TCellValue> Cells = ArgValues(Table);
   double Best = std::numeric_limits<double>::lowest();
   int64_t BestAt = NotFound;
@@ -25,7 +40,7 @@ int64_t WalkFirstLine(const TFormulaArg& Table, int64_t Count, int64_t Stride, c
     double X;
     if (Key.BothNumeric(Cell, X)) {
       if (X == Key.Number) return At;
-      if (Approx && X <= Key.Number && X >= Best) {
+      if (X <= Key.Number && X >= Best) {
         Best = X;
         BestAt = At;
       }
@@ -48,8 +63,8 @@ TCellValue TableLookup(const TFunctionCall& Call, bool Vertical) {
   bool Approx = Call.Count() < 4 || ArgTruthy(Call[3]);
 
   TLookupKey Key(Call[0].First());
-  int64_t At = Vertical ? WalkFirstLine(Table, Table.RowCount, Table.ColCount, Key, Approx)
-                        : WalkFirstLine(Table, Table.ColCount, 1, Key, Approx);
+  int64_t At = Vertical ? WalkFirstLine(Call, Table, Table.RowCount, Table.ColCount, Key, Approx)
+                        : WalkFirstLine(Call, Table, Table.ColCount, 1, Key, Approx);
   if (At == NotFound) return Err(ceNA);
   int32_t Other = static_cast<int32_t>(Offset) - 1;
   int32_t Found = static_cast<int32_t>(At);
@@ -86,8 +101,7 @@ TCellValue Match(const TFunctionCall& Call) {
 
   int64_t FoundAt = NotFound;
   if (Type == 0) {
-    for (size_t I = 0; I < Values.size() && FoundAt == NotFound; ++I)
-      if (Key.Matches(Values[I])) FoundAt = static_cast<int64_t>(I);
+    FoundAt = FindExact(Call, Call[1], static_cast<int64_t>(Values.size()), 1, Key);
   } else if (Key.IsNumber) {
     bool NotAbove = Type == 1;
     double Best = 0;
@@ -110,8 +124,8 @@ TCellValue XLookup(const TFunctionCall& Call) {
   TLookupKey Key(Call[0].First());
   std::span<const TCellValue> Keys = ArgValues(Call[1]);
   std::span<const TCellValue> Results = ArgValues(Call[2]);
-  for (size_t I = 0; I < Keys.size(); ++I)
-    if (Key.Matches(Keys[I])) return I < Results.size() ? Results[I] : Err(ceRef);
+  const int64_t At = FindExact(Call, Call[1], static_cast<int64_t>(Keys.size()), 1, Key);
+  if (At != NotFound) return static_cast<size_t>(At) < Results.size() ? Results[At] : Err(ceRef);
   return Call.Count() > 3 ? Call[3].First() : Err(ceNA);
 }
 
