@@ -1,6 +1,7 @@
 #include "Tabrino.Types.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -172,9 +173,11 @@ std::string GeneralNumberText(double Value) {
   if (std::isinf(Value)) return Value > 0 ? "INF" : "-INF";
   if (Value == 0) return "0";
   // 15 significant digits: mantissa digits and decimal exponent from %e.
+  // to_chars writes what printf's "%.14e" writes, without the locale and
+  // stream machinery: this runs for every number shown.
   char Buf[40];
-  std::snprintf(Buf, sizeof Buf, "%.14e", Value);
-  std::string_view S(Buf);
+  const auto Written = std::to_chars(Buf, Buf + sizeof Buf, Value, std::chars_format::scientific, 14);
+  std::string_view S(Buf, static_cast<size_t>(Written.ptr - Buf));
   bool Negative = S.front() == '-';
   if (Negative) S.remove_prefix(1);
   std::string Digits;
