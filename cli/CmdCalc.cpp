@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Commands.h"
@@ -49,6 +50,9 @@ class TStopwatch {
 void TextToFormulas(Tabrino::TWorkbook& Book) {
   using namespace Tabrino;
   for (const auto& Sheet : Book.FSheets) {
+    // Nothing listens yet but the workbook's modified flag, set once below:
+    // a change event per converted cell would only copy cells.
+    const TWorksheetChangeEvent Listener = std::exchange(Sheet->FOnChange, nullptr);
     std::vector<TCellAddress> Formulas, Blanks;
     for (const auto& [Key, Cell] : Sheet->FCells) {
       if (Cell.Kind() != cvkText) continue;
@@ -61,7 +65,9 @@ void TextToFormulas(Tabrino::TWorkbook& Book) {
       Sheet->SetCell(Address, Cell);
     }
     for (const TCellAddress& Address : Blanks) Sheet->ClearCell(Address);
+    Sheet->FOnChange = Listener;
   }
+  Book.MarkModified();
 }
 
 const Tabrino::TWorksheet& ChosenSheet(const Tabrino::TWorkbook& Book, const std::string& Name) {

@@ -60,6 +60,12 @@ bool ParseKey(std::string_view Key, int32_t& SheetIndex, int32_t& Col, int32_t& 
 class TFormulaDependencyGraph {
  public:
   void Clear();
+  // Room for this many formulas (and about as many read cells), so that a
+  // full rebuild does not regrow its tables.
+  void Reserve(size_t Formulas) {
+    FDependencies.reserve(Formulas);
+    FDependents.reserve(Formulas);
+  }
   // Forgets what Key reads; what reads Key is untouched.
   void ClearCell(const TSheetCellKey& Key);
   // Replaces what Key reads. Duplicates are dropped, first occurrence kept.

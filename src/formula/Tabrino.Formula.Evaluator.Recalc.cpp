@@ -89,6 +89,10 @@ void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32
 
 void TFormulaEvaluator::RebuildAllDependencies() {
   FGraph.Clear();
+  size_t Formulas = 0;
+  for (int32_t SheetIndex = 0; SheetIndex < FWorkbook->SheetCount(); ++SheetIndex)
+    for (const auto& [Key, Cell] : FWorkbook->GetSheet(SheetIndex)->FCells) Formulas += Cell.Kind() == cvkFormula;
+  FGraph.Reserve(Formulas);
   for (int32_t SheetIndex = 0; SheetIndex < FWorkbook->SheetCount(); ++SheetIndex)
     for (const auto& [Key, Cell] : FWorkbook->GetSheet(SheetIndex)->FCells)
       if (Cell.Kind() == cvkFormula) RegisterCellFormula(SheetIndex, Key.Col, Key.Row);
