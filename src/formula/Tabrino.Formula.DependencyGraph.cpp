@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <deque>
 
 namespace Tabrino {
 
@@ -262,18 +261,18 @@ void TFormulaDependencyGraph::ForEachReadIn(
 void TFormulaDependencyGraph::CollectTransitiveDependents(const TSheetCellKey& Key,
                                                           std::vector<TSheetCellKey>& List) const {
   absl::flat_hash_set<TSheetCellKey> Seen{Key};
-  std::deque<TSheetCellKey> Queue{Key};
   std::vector<TSheetCellKey> Direct;
-  while (!Queue.empty()) {
-    const TSheetCellKey Current = Queue.front();
-    Queue.pop_front();
+  // The keys appended to List are the queue: breadth-first order is the
+  // order they were found in.
+  const size_t Start = List.size();
+  TSheetCellKey Current = Key;
+  for (size_t Next = Start;; ++Next) {
     Direct.clear();
     GetDependents(Current, Direct);
-    for (const TSheetCellKey& Dependent : Direct) {
-      if (!Seen.insert(Dependent).second) continue;
-      List.push_back(Dependent);
-      Queue.push_back(Dependent);
-    }
+    for (const TSheetCellKey& Dependent : Direct)
+      if (Seen.insert(Dependent).second) List.push_back(Dependent);
+    if (Next == List.size()) break;
+    Current = List[Next];
   }
 }
 
@@ -288,10 +287,14 @@ void TFormulaDependencyGraph::TopologicalOrder(const std::vector<TSheetCellKey>&
     int64_t Repeats = 0;
     int64_t InDegree = 0;
     bool Output = false;
-    std::vector<int32_t> Dependents;
+    // This node's dependents: a slice of one shared list, not a vector each.
+    size_t FirstDependent = 0;
+    size_t DependentCount = 0;
   };
   absl::flat_hash_map<TSheetCellKey, int32_t> IndexOf;
   std::vector<TNodeState> States;
+  IndexOf.reserve(Nodes.size());
+  States.reserve(Nodes.size());
   std::vector<int32_t> EntryIndex;
   EntryIndex.reserve(Nodes.size());
   for (const TSheetCellKey& Key : Nodes) {
@@ -302,30 +305,34 @@ void TFormulaDependencyGraph::TopologicalOrder(const std::vector<TSheetCellKey>&
   }
 
   std::vector<TSheetCellKey> Direct;
+  std::vector<int32_t> Dependents;
   std::vector<int64_t> DistinctDeps(States.size(), 0);
   for (TNodeState& State : States) {
     Direct.clear();
     GetDependents(State.Key, Direct);
+    State.FirstDependent = Dependents.size();
     for (const TSheetCellKey& Dependent : Direct) {
       auto It = IndexOf.find(Dependent);
       if (It == IndexOf.end()) continue;
-      State.Dependents.push_back(It->second);
+      Dependents.push_back(It->second);
       ++DistinctDeps[It->second];
     }
+    State.DependentCount = Dependents.size() - State.FirstDependent;
   }
   // Every entry counts its dependencies, so a repeated entry counts them again.
   for (size_t I = 0; I < States.size(); ++I) States[I].InDegree = DistinctDeps[I] * States[I].Repeats;
 
-  std::deque<int32_t> Queue;
+  // A first-in first-out queue that never shrinks: Head is its front.
+  std::vector<int32_t> Queue;
+  Queue.reserve(EntryIndex.size());
   for (int32_t Index : EntryIndex)
     if (States[Index].InDegree == 0) Queue.push_back(Index);
-  while (!Queue.empty()) {
-    TNodeState& Current = States[Queue.front()];
-    Queue.pop_front();
+  for (size_t Head = 0; Head < Queue.size(); ++Head) {
+    TNodeState& Current = States[Queue[Head]];
     Order.push_back(Current.Key);
     Current.Output = true;
-    for (int32_t Dependent : Current.Dependents)
-      if (--States[Dependent].InDegree == 0) Queue.push_back(Dependent);
+    for (size_t I = Current.FirstDependent; I < Current.FirstDependent + Current.DependentCount; ++I)
+      if (--States[Dependents[I]].InDegree == 0) Queue.push_back(Dependents[I]);
   }
 
   if (!CycleList) return;
