@@ -56,10 +56,15 @@ TCellRange TWorksheet::ClipToUsedBounds(TCellRange Range) const {
 }
 
 TCellFormat TWorksheet::ResolveFormat(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const {
-  const TStoredCell* Stored = FindCell(Address.Col, Address.Row);
-  if (!Stored) return Styles ? Styles->ResolveFormat(0) : TCellFormat::Default();
-  if (const TCellFormat* Override = Stored->FormatOverride()) return *Override;
-  return Styles ? Styles->ResolveFormat(Stored->StyleIndex()) : TCellFormat::Default();
+  return FormatOf(FindCell(Address.Col, Address.Row), Styles);
+}
+
+const TCellFormat& TWorksheet::FormatOf(const TStoredCell* Stored, const TTabrinoStyleSheet* Styles) {
+  static const TCellFormat Default = TCellFormat::Default();
+  if (Stored)
+    if (const TCellFormat* Override = Stored->FormatOverride()) return *Override;
+  const int32_t Style = Stored ? Stored->StyleIndex() : 0;
+  return Styles ? Styles->ResolveFormat(Style) : Default;
 }
 
 TCellValue TWorksheet::GetEffectiveValue(const TCellAddress& Address) const {
@@ -87,7 +92,8 @@ std::string TWorksheet::GetDisplayText(const TCellAddress& Address, const TTabri
   }
   auto Formatted = [&](const TCellValue& V) -> std::string {
     if (V.Kind == cvkNumber && !FShowZeros && IsZero(V.Number)) return {};
-    return FormatCellValue(V, ResolveFormat(Address, Styles).NumberFormat);
+    // By reference: copying a whole format per shown cell cost more than formatting it.
+    return FormatCellValue(V, FormatOf(Stored, Styles).NumberFormat);
   };
   switch (Kind) {
     case cvkEmpty: return Spilled ? Formatted(*Spilled) : std::string();

@@ -79,6 +79,8 @@ class TWorksheet {
   TCellRange ClipToUsedBounds(TCellRange Range) const;
 
   TCellFormat ResolveFormat(const TCellAddress& Address, const TTabrinoStyleSheet* Styles) const;
+  // The format in force for a stored cell (nullptr: an absent one), without a copy.
+  static const TCellFormat& FormatOf(const TStoredCell* Stored, const TTabrinoStyleSheet* Styles);
   // A formula's cached result (empty without one); a spilled value in an
   // empty cell; otherwise the value itself.
   TCellValue GetEffectiveValue(const TCellAddress& Address) const;
