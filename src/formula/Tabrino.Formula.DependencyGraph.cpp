@@ -96,7 +96,8 @@ void TFormulaDependencyGraph::ClearCell(const TSheetCellKey& Key) {
   for (const TSheetCellKey& Dep : It->second.Deps.Cells) {
     auto Readers = FDependents.find(Dep);
     if (Readers == FDependents.end()) continue;
-    std::erase_if(Readers->second, [&](const TSheetCellKey& Reader) { return Reader == Key; });
+    auto& List = Readers->second;
+    List.erase(std::remove(List.begin(), List.end(), Key), List.end());
     if (Readers->second.empty()) FDependents.erase(Readers);
   }
   for (uint32_t Id : It->second.RangeIds) RemoveRangeEntry(Id);
@@ -182,7 +183,7 @@ uint64_t TFormulaDependencyGraph::RegistrationOf(const TSheetCellKey& Formula) c
 // ---- queries -------------------------------------------------------------------
 
 void TFormulaDependencyGraph::GetDependents(const TSheetCellKey& Key, std::vector<TSheetCellKey>& List) const {
-  const std::vector<TSheetCellKey>* CellReaders = nullptr;
+  const TReaders* CellReaders = nullptr;
   if (auto It = FDependents.find(Key); It != FDependents.end()) CellReaders = &It->second;
 
   std::vector<std::pair<uint64_t, TSheetCellKey>> RangeReaders;
@@ -219,7 +220,7 @@ void TFormulaDependencyGraph::ForEachReadIn(
     const std::function<void(const TSheetCellKey& Formula, const TCellRange& Part)>& Visit) const {
   const TCellRange B = Block.Range.Normalize();
   const int64_t Area = int64_t(B.EndCol - B.StartCol + 1) * int64_t(B.EndRow - B.StartRow + 1);
-  auto VisitReaders = [&](const TSheetCellKey& Cell, const std::vector<TSheetCellKey>& Readers) {
+  auto VisitReaders = [&](const TSheetCellKey& Cell, const TReaders& Readers) {
     for (const TSheetCellKey& Reader : Readers) Visit(Reader, TCellRange{Cell.Col, Cell.Row, Cell.Col, Cell.Row});
   };
   // Single-cell reads: walk the block or the read cells, whichever is fewer.

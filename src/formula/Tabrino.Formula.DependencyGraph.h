@@ -9,6 +9,7 @@
 #pragma once
 
 #include <absl/container/flat_hash_map.h>
+#include <absl/container/inlined_vector.h>
 
 #include <cstdint>
 #include <functional>
@@ -131,7 +132,9 @@ class TFormulaDependencyGraph {
 
   absl::flat_hash_map<TSheetCellKey, TFormulaNode> FDependencies;
   // Single-cell edges: for each read cell, its readers in registration order.
-  absl::flat_hash_map<TSheetCellKey, std::vector<TSheetCellKey>> FDependents;
+  // Most cells have one or two readers: those live in the map slot itself.
+  using TReaders = absl::InlinedVector<TSheetCellKey, 2>;
+  absl::flat_hash_map<TSheetCellKey, TReaders> FDependents;
   std::vector<TRangeEntry> FRanges;
   std::vector<uint32_t> FFreeRangeIds;
   absl::flat_hash_map<TBucketKey, std::vector<uint32_t>> FRangeBuckets;
