@@ -56,8 +56,10 @@ void TextToFormulas(Tabrino::TWorkbook& Book) {
     std::vector<TCellAddress> Formulas, Blanks;
     for (const auto& [Key, Cell] : Sheet->FCells) {
       if (Cell.Kind() != cvkText) continue;
-      if (Cell.Text().empty()) Blanks.push_back({Key.Col, Key.Row});
-      else if (Cell.Text().size() > 1 && Cell.Text().front() == '=') Formulas.push_back({Key.Col, Key.Row});
+      if (Cell.Text().empty())
+        Blanks.push_back({Key.Col, Key.Row});
+      else if (Cell.Text().size() > 1 && Cell.Text().front() == '=')
+        Formulas.push_back({Key.Col, Key.Row});
     }
     for (const TCellAddress& Address : Formulas) {
       TCell Cell = Sheet->GetCell(Address);
@@ -142,7 +144,8 @@ void AddCalcCommand(CLI::App& App) {
   auto Options = std::make_shared<TCalcOptions>();
   CLI::App* Command = App.add_subcommand("calc", "Recalculate a workbook and print a range as CSV, or save it");
   Command->add_option("file", Options->Input, "Workbook to read")->required();
-  Command->add_flag("--formulas", Options->Formulas, "Treat every text cell starting with \"=\" as a formula, and empty fields as blank cells");
+  Command->add_flag("--formulas", Options->Formulas,
+                    "Treat every text cell starting with \"=\" as a formula, and empty fields as blank cells");
   Command->add_option("--sheet", Options->Sheet, "Sheet to print (default: the active one)");
   Command->add_option("--range", Options->Range, "Range to print, e.g. A1:D20 (default: the used range)");
   Command->add_flag("--raw", Options->Raw, "Print plain values instead of formatted display texts");

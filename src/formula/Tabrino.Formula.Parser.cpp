@@ -214,7 +214,8 @@ TFormulaParser::TSubtree TFormulaParser::ParseLiteralOrReference() {
   auto Node = std::make_unique<TAstNode>(Kind);
   if (Kind == ankNumber) Node->Number = FCurrent.Number;
   if (Kind == ankBool) Node->BooleanValue = FCurrent.Text == "TRUE";  // the tokenizer upper-cased it
-  if (Kind == ankCellRef || Kind == ankRange || Kind == ankSheetRef) Node->RefFlags = ReferenceAbsoluteFlags(FCurrent.Text);
+  if (Kind == ankCellRef || Kind == ankRange || Kind == ankSheetRef)
+    Node->RefFlags = ReferenceAbsoluteFlags(FCurrent.Text);
   Node->Col = FCurrent.Col;
   Node->Row = FCurrent.Row;
   Node->Col2 = FCurrent.Col2;

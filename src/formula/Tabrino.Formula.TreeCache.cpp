@@ -51,7 +51,8 @@ std::string TFormulaTreeCache::ShapeKey(std::string_view Text, int32_t HostCol, 
       AppendText(Key, Token.Text);
       continue;
     }
-    Unplaced = Unplaced || Token.Col < 1 || Token.Row < 1 || (Token.Kind == ftRangeRef && (Token.Col2 < 1 || Token.Row2 < 1));
+    Unplaced =
+        Unplaced || Token.Col < 1 || Token.Row < 1 || (Token.Kind == ftRangeRef && (Token.Col2 < 1 || Token.Row2 < 1));
     const uint8_t Flags = ReferenceAbsoluteFlags(Token.Text);
     AppendCoordinate(Key, Token.Col, Flags & rfColAbs, HostCol);
     AppendCoordinate(Key, Token.Row, Flags & rfRowAbs, HostRow);

@@ -12,13 +12,13 @@ namespace Tabrino {
 namespace {
 
 std::vector<TCellValue> AwkwardValues() {
-  return {TCellValue::FromNumber(5),      TCellValue::FromText("5"),       TCellValue::FromText("05"),
-          TCellValue::FromText("abc"),    TCellValue::FromText("ABC"),     TCellValue::FromBoolean(true),
-          TCellValue::FromText("TRUE"),   TCellValue::FromText("true"),    TCellValue(),
-          TCellValue::FromText(""),       TCellValue::FromError(ceNA),     TCellValue::FromText("#N/A"),
-          TCellValue::FromNumber(0),      TCellValue::FromNumber(-0.0),    TCellValue::FromNumber(1E20),
+  return {TCellValue::FromNumber(5),      TCellValue::FromText("5"),         TCellValue::FromText("05"),
+          TCellValue::FromText("abc"),    TCellValue::FromText("ABC"),       TCellValue::FromBoolean(true),
+          TCellValue::FromText("TRUE"),   TCellValue::FromText("true"),      TCellValue(),
+          TCellValue::FromText(""),       TCellValue::FromError(ceNA),       TCellValue::FromText("#N/A"),
+          TCellValue::FromNumber(0),      TCellValue::FromNumber(-0.0),      TCellValue::FromNumber(1E20),
           TCellValue::FromText("1E+20"),  TCellValue::FromNumber(0.1 + 0.2), TCellValue::FromText(" 5"),
-          TCellValue::FromBoolean(false), TCellValue::FromNumber(1),       TCellValue::FromText("ñ")};
+          TCellValue::FromBoolean(false), TCellValue::FromNumber(1),         TCellValue::FromText("ñ")};
 }
 
 int64_t Walk(const std::vector<TCellValue>& Cells, int64_t Count, int64_t Stride, const TLookupKey& Key) {

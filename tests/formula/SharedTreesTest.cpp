@@ -21,17 +21,17 @@ TEST(TreeShapes, KeysMatchOnlyWhenRelativeOffsetsAndAbsolutesMatch) {
   };
   const TCase Cases[] = {
       {"=A1*1.1", 2, 1, "=A2*1.1", 2, 2, true},
-      {"=A1*1.1", 2, 1, "=A1*1.1", 2, 2, false},          // same text, other offset
-      {"=$A$1+A1", 2, 1, "=$A$1+A5", 2, 5, true},        // absolute part stays
+      {"=A1*1.1", 2, 1, "=A1*1.1", 2, 2, false},   // same text, other offset
+      {"=$A$1+A1", 2, 1, "=$A$1+A5", 2, 5, true},  // absolute part stays
       {"=$A$1+A1", 2, 1, "=$A$2+A5", 2, 5, false},
-      {"=A$1+B1", 3, 1, "=A$1+B7", 3, 7, true},          // mixed: row fixed, column relative
+      {"=A$1+B1", 3, 1, "=A$1+B7", 3, 7, true},  // mixed: row fixed, column relative
       {"=A$1+B1", 3, 1, "=B$1+C1", 4, 1, true},
-      {"=SUM(A:A)", 2, 1, "=SUM(A:A)", 2, 9, true},      // whole column: rows never move
+      {"=SUM(A:A)", 2, 1, "=SUM(A:A)", 2, 9, true},  // whole column: rows never move
       {"=SUM(A:A)", 2, 1, "=SUM(B:B)", 3, 9, true},
       {"=SUM(1:1)", 2, 5, "=SUM(1:1)", 9, 5, true},
       {"=Sheet2!A1", 2, 1, "=Sheet3!A1", 2, 1, false},
-      {"=\"a\"&A1", 2, 1, "=\"b\"&A2", 2, 2, false},     // literals are part of the shape
-      {"=sum(A1)", 2, 1, "=SUM(A2)", 2, 2, true},        // names are upper-cased tokens
+      {"=\"a\"&A1", 2, 1, "=\"b\"&A2", 2, 2, false},  // literals are part of the shape
+      {"=sum(A1)", 2, 1, "=SUM(A2)", 2, 2, true},     // names are upper-cased tokens
   };
   for (const TCase& C : Cases) {
     const bool Same =
