@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <numeric>
+#include <span>
 
 namespace Tabrino {
 
@@ -277,69 +279,110 @@ void TFormulaDependencyGraph::CollectTransitiveDependents(const TSheetCellKey& K
   }
 }
 
+namespace {
+
+// Keys as dense indexes, each with its dependents inside the set: a slice
+// of one shared list, so that no node needs a container of its own.
+struct TSubgraph {
+  std::vector<TSheetCellKey> Keys;
+  std::vector<int64_t> Repeats;       // how often each key was listed
+  std::vector<int64_t> DistinctDeps;  // how many keys of the set read each key
+  std::vector<size_t> FirstDependent;
+  std::vector<int32_t> Dependents;
+
+  int32_t Add(const TSheetCellKey& Key) {
+    Keys.push_back(Key);
+    Repeats.push_back(0);
+    DistinctDeps.push_back(0);
+    return static_cast<int32_t>(Keys.size() - 1);
+  }
+};
+
+// Kahn's algorithm over the subgraph, the queue seeded in the order of
+// Entries (indexes into the subgraph, repeats allowed). Every entry counts
+// its dependencies, so a repeated entry counts them again.
+void KahnOrder(const TSubgraph& G, std::span<const int32_t> Entries, std::vector<TSheetCellKey>* CycleList,
+               std::vector<TSheetCellKey>& Order) {
+  const size_t Count = G.Keys.size();
+  std::vector<int64_t> InDegree(Count);
+  for (size_t I = 0; I < Count; ++I) InDegree[I] = G.DistinctDeps[I] * G.Repeats[I];
+  std::vector<bool> Output(Count, false);
+  // A first-in first-out queue that never shrinks: Head is its front.
+  std::vector<int32_t> Queue;
+  Queue.reserve(Entries.size());
+  for (int32_t Index : Entries)
+    if (InDegree[Index] == 0) Queue.push_back(Index);
+  for (size_t Head = 0; Head < Queue.size(); ++Head) {
+    const int32_t Current = Queue[Head];
+    Order.push_back(G.Keys[Current]);
+    Output[Current] = true;
+    const size_t End = size_t(Current) + 1 < Count ? G.FirstDependent[Current + 1] : G.Dependents.size();
+    for (size_t I = G.FirstDependent[Current]; I < End; ++I)
+      if (--InDegree[G.Dependents[I]] == 0) Queue.push_back(G.Dependents[I]);
+  }
+  if (!CycleList) return;
+  CycleList->clear();
+  for (int32_t Index : Entries)
+    if (!Output[Index]) CycleList->push_back(G.Keys[Index]);
+}
+
+}  // namespace
+
 void TFormulaDependencyGraph::TopologicalOrder(const std::vector<TSheetCellKey>& Nodes,
                                                std::vector<TSheetCellKey>* CycleList,
                                                std::vector<TSheetCellKey>& Order) const {
   Order.clear();
-  // Distinct keys become dense indexes; each remembers its dependents inside
-  // the subgraph so that the graph is queried once per key.
-  struct TNodeState {
-    TSheetCellKey Key{};
-    int64_t Repeats = 0;
-    int64_t InDegree = 0;
-    bool Output = false;
-    // This node's dependents: a slice of one shared list, not a vector each.
-    size_t FirstDependent = 0;
-    size_t DependentCount = 0;
-  };
+  TSubgraph G;
   absl::flat_hash_map<TSheetCellKey, int32_t> IndexOf;
-  std::vector<TNodeState> States;
   IndexOf.reserve(Nodes.size());
-  States.reserve(Nodes.size());
-  std::vector<int32_t> EntryIndex;
-  EntryIndex.reserve(Nodes.size());
+  std::vector<int32_t> Entries;
+  Entries.reserve(Nodes.size());
   for (const TSheetCellKey& Key : Nodes) {
-    auto [It, Added] = IndexOf.try_emplace(Key, static_cast<int32_t>(States.size()));
-    if (Added) States.emplace_back().Key = Key;
-    ++States[It->second].Repeats;
-    EntryIndex.push_back(It->second);
+    auto [It, Added] = IndexOf.try_emplace(Key, 0);
+    if (Added) It->second = G.Add(Key);
+    ++G.Repeats[It->second];
+    Entries.push_back(It->second);
   }
-
+  // The graph is queried once per distinct key.
   std::vector<TSheetCellKey> Direct;
-  std::vector<int32_t> Dependents;
-  std::vector<int64_t> DistinctDeps(States.size(), 0);
-  for (TNodeState& State : States) {
+  for (size_t Node = 0; Node < G.Keys.size(); ++Node) {
     Direct.clear();
-    GetDependents(State.Key, Direct);
-    State.FirstDependent = Dependents.size();
+    GetDependents(G.Keys[Node], Direct);
+    G.FirstDependent.push_back(G.Dependents.size());
     for (const TSheetCellKey& Dependent : Direct) {
       auto It = IndexOf.find(Dependent);
       if (It == IndexOf.end()) continue;
-      Dependents.push_back(It->second);
-      ++DistinctDeps[It->second];
+      G.Dependents.push_back(It->second);
+      ++G.DistinctDeps[It->second];
     }
-    State.DependentCount = Dependents.size() - State.FirstDependent;
   }
-  // Every entry counts its dependencies, so a repeated entry counts them again.
-  for (size_t I = 0; I < States.size(); ++I) States[I].InDegree = DistinctDeps[I] * States[I].Repeats;
+  KahnOrder(G, Entries, CycleList, Order);
+}
 
-  // A first-in first-out queue that never shrinks: Head is its front.
-  std::vector<int32_t> Queue;
-  Queue.reserve(EntryIndex.size());
-  for (int32_t Index : EntryIndex)
-    if (States[Index].InDegree == 0) Queue.push_back(Index);
-  for (size_t Head = 0; Head < Queue.size(); ++Head) {
-    TNodeState& Current = States[Queue[Head]];
-    Order.push_back(Current.Key);
-    Current.Output = true;
-    for (size_t I = Current.FirstDependent; I < Current.FirstDependent + Current.DependentCount; ++I)
-      if (--States[Dependents[I]].InDegree == 0) Queue.push_back(Dependents[I]);
+void TFormulaDependencyGraph::OrderFrom(const TSheetCellKey& Key, std::vector<TSheetCellKey>& CycleList,
+                                        std::vector<TSheetCellKey>& Order) const {
+  Order.clear();
+  // One breadth-first walk finds the keys and, with them, every edge among
+  // them: all dependents of a key in the closure are in the closure.
+  TSubgraph G;
+  absl::flat_hash_map<TSheetCellKey, int32_t> IndexOf;
+  IndexOf.emplace(Key, G.Add(Key));
+  std::vector<TSheetCellKey> Direct;
+  for (size_t Node = 0; Node < G.Keys.size(); ++Node) {
+    Direct.clear();
+    GetDependents(G.Keys[Node], Direct);
+    G.FirstDependent.push_back(G.Dependents.size());
+    for (const TSheetCellKey& Dependent : Direct) {
+      auto [It, Added] = IndexOf.try_emplace(Dependent, 0);
+      if (Added) It->second = G.Add(Dependent);
+      G.Dependents.push_back(It->second);
+      ++G.DistinctDeps[It->second];
+    }
   }
-
-  if (!CycleList) return;
-  CycleList->clear();
-  for (int32_t Index : EntryIndex)
-    if (!States[Index].Output) CycleList->push_back(States[Index].Key);
+  std::fill(G.Repeats.begin(), G.Repeats.end(), 1);
+  std::vector<int32_t> Entries(G.Keys.size());
+  std::iota(Entries.begin(), Entries.end(), 0);
+  KahnOrder(G, Entries, &CycleList, Order);
 }
 
 }  // namespace Tabrino

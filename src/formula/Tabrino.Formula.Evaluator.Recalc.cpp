@@ -77,10 +77,8 @@ void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32
     Sheet->FSpills.ClearAnchor(Col, Row);
   RegisterCellFormula(SheetIndex, Col, Row);
   const TSheetCellKey Key{SheetIndex, Col, Row};
-  std::vector<TSheetCellKey> Nodes{Key};
-  FGraph.CollectTransitiveDependents(Key, Nodes);
   std::vector<TSheetCellKey> Cycle, Order;
-  FGraph.TopologicalOrder(Nodes, &Cycle, Order);
+  FGraph.OrderFrom(Key, Cycle, Order);
   for (const TSheetCellKey& K : Cycle) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
   // A changed cell that holds no formula started the walk; it is not evaluated.
   for (const TSheetCellKey& K : Order)

@@ -146,3 +146,30 @@ TEST(DependencyGraph, TopologicalOrderCountsRepeatedEntries) {
   EXPECT_EQ(Order, (std::vector{K(1, 1), K(1, 1), K(2, 1)}));
   EXPECT_TRUE(Cycle.empty());
 }
+
+namespace Tabrino {
+namespace {
+
+// An edit's order in one walk must equal the two-step rule it stands for.
+TEST(DependencyGraph, OrderFromAnEditMatchesCollectThenOrder) {
+  TFormulaDependencyGraph Graph;
+  Graph.SetDependencies(K(2, 1), Cells({K(1, 1)}));  // diamond: B1, C1 read A1
+  Graph.SetDependencies(K(3, 1), Cells({K(1, 1)}));
+  Graph.SetDependencies(K(4, 1), Cells({K(2, 1), K(3, 1)}));  // D1 reads both
+  Graph.SetDependencies(K(5, 1), Range(1, 1, 4, 1));          // E1 reads the row
+  Graph.SetDependencies(K(6, 1), Cells({K(6, 1), K(5, 1)}));  // F1 reads itself
+  Graph.SetDependencies(K(7, 1), Cells({K(6, 1)}));           // G1 downstream of the cycle
+  Graph.SetDependencies(K(1, 2), Cells({K(1, 2)}));           // A2 reads itself
+  for (const TSheetCellKey& Start : {K(1, 1), K(2, 1), K(6, 1), K(1, 2), K(9, 9)}) {
+    std::vector<TSheetCellKey> Nodes{Start};
+    Graph.CollectTransitiveDependents(Start, Nodes);
+    std::vector<TSheetCellKey> WantCycle, WantOrder, Cycle, Order;
+    Graph.TopologicalOrder(Nodes, &WantCycle, WantOrder);
+    Graph.OrderFrom(Start, Cycle, Order);
+    EXPECT_EQ(Order, WantOrder) << CellKey(Start.Sheet, Start.Col, Start.Row);
+    EXPECT_EQ(Cycle, WantCycle) << CellKey(Start.Sheet, Start.Col, Start.Row);
+  }
+}
+
+}  // namespace
+}  // namespace Tabrino
