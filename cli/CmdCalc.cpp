@@ -61,9 +61,11 @@ void TextToFormulas(Tabrino::TWorkbook& Book) {
       else if (Cell.Text().size() > 1 && Cell.Text().front() == '=')
         Formulas.push_back({Key.Col, Key.Row});
     }
+    TCell Cell;  // reused: its buffers serve every conversion
     for (const TCellAddress& Address : Formulas) {
-      TCell Cell = Sheet->GetCell(Address);
-      Cell.Value = TCellValue::FromFormula(Cell.Value.Text);
+      Sheet->FindCell(Address.Col, Address.Row)->CopyTo(Cell);
+      std::swap(Cell.Value.Formula, Cell.Value.Text);
+      Cell.Value.Kind = cvkFormula;
       Sheet->SetCell(Address, Cell);
     }
     for (const TCellAddress& Address : Blanks) Sheet->ClearCell(Address);

@@ -1,5 +1,8 @@
 #include "Tabrino.CellStore.h"
 
+#include <bit>
+#include <utility>
+
 namespace Tabrino {
 
 struct TStoredCell::TRecord {
@@ -183,13 +186,91 @@ TCellValue TStoredCell::Value() const {
 TCell TStoredCell::ToCell() const {
   if (Layout() == lyRecord) return Record().Cell;
   TCell Cell;
-  Cell.Value = Value();
-  Cell.StyleIndex = StyleIndex();
-  if (Layout() == lyFormula) {
-    Cell.CachedValue = FormulaRecord().Cached;
-    Cell.HasCachedValue = FormulaRecord().HasCached;
-  }
+  CopyTo(Cell);
   return Cell;
+}
+
+void TStoredCell::CopyTo(TCell& Out) const {
+  if (Layout() == lyRecord) {
+    Out = Record().Cell;
+    return;
+  }
+  // A compact cell has nothing but a value, a style and a formula's cache.
+  if (Out.HasFormatOverride || !Out.RichText.empty() || Out.Sparkline.Kind != spkNone ||
+      !Out.Sparkline.Values.empty())
+    Out = TCell();
+  auto Assign = [](TCellValue& V, TCellValueKind Kind, double Number, bool Boolean, TCellErrorCode Error,
+                   std::string_view Text, std::string_view Formula) {
+    V.Kind = Kind;
+    V.Number = Number;
+    V.BooleanValue = Boolean;
+    V.ErrorCode = Error;
+    V.Text.assign(Text);
+    V.Formula.assign(Formula);
+  };
+  switch (Layout()) {
+    case lyNumber: Assign(Out.Value, cvkNumber, Payload<double>(), false, ceNone, {}, {}); break;
+    case lyBoolean: Assign(Out.Value, cvkBoolean, 0, Payload<uint32_t>() != 0, ceNone, {}, {}); break;
+    case lyError: Assign(Out.Value, cvkError, 0, false, Error(), {}, {}); break;
+    case lyText: Assign(Out.Value, cvkText, 0, false, ceNone, *Payload<std::string*>(), {}); break;
+    case lyFormula: Assign(Out.Value, cvkFormula, 0, false, ceNone, {}, FormulaRecord().Formula); break;
+    default: Assign(Out.Value, cvkEmpty, 0, false, ceNone, {}, {}); break;
+  }
+  Out.StyleIndex = StyleIndex();
+  if (Layout() == lyFormula && FormulaRecord().HasCached) {
+    Out.CachedValue = FormulaRecord().Cached;
+    Out.HasCachedValue = true;
+  } else {
+    Assign(Out.CachedValue, cvkEmpty, 0, false, ceNone, {}, {});
+    Out.HasCachedValue = false;
+  }
+}
+
+// ---- the map of cells ------------------------------------------------------------
+
+const TStoredCell* TCellMap::Find(int32_t Col, int32_t Row) const {
+  auto It = FBlocks.find(BlockKey(Col, Row));
+  if (It == FBlocks.end() || !(It->second.Present >> Bit(Row) & 1)) return nullptr;
+  return &It->second.Slots[Bit(Row)];
+}
+
+TStoredCell* TCellMap::FindMutable(int32_t Col, int32_t Row) {
+  return const_cast<TStoredCell*>(std::as_const(*this).Find(Col, Row));
+}
+
+void TCellMap::Set(int32_t Col, int32_t Row, TStoredCell&& Cell) {
+  TBlock& Block = FBlocks[BlockKey(Col, Row)];
+  const uint32_t Mask = 1u << Bit(Row);
+  if (!(Block.Present & Mask)) ++FCount;
+  Block.Present |= Mask;
+  Block.Slots[Bit(Row)] = std::move(Cell);
+}
+
+bool TCellMap::Erase(int32_t Col, int32_t Row) {
+  auto It = FBlocks.find(BlockKey(Col, Row));
+  const uint32_t Mask = 1u << Bit(Row);
+  if (It == FBlocks.end() || !(It->second.Present & Mask)) return false;
+  It->second.Slots[Bit(Row)] = TStoredCell();
+  It->second.Present &= ~Mask;
+  --FCount;
+  if (It->second.Present == 0) FBlocks.erase(It);
+  return true;
+}
+
+void TCellMap::clear() {
+  FBlocks.clear();
+  FCount = 0;
+}
+
+void TCellMap::TIterator::Advance(int32_t From) {
+  for (; FBlock != FEnd; ++FBlock, From = 0) {
+    const uint32_t Rest = From < BlockRows ? FBlock->second.Present >> From : 0;
+    if (Rest) {
+      FBit = From + std::countr_zero(Rest);
+      return;
+    }
+  }
+  FBit = 0;
 }
 
 }  // namespace Tabrino

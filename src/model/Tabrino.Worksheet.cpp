@@ -1,6 +1,7 @@
 #include "Tabrino.Worksheet.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "Tabrino.NumberFormat.h"
 
@@ -11,31 +12,59 @@ TCell TWorksheet::GetCellAt(int32_t Col, int32_t Row) const {
   return Stored ? Stored->ToCell() : TCell::CreateEmpty();
 }
 
+// One of the sheet's spare cells, or a cell of its own while a handler runs.
+class TWorksheet::TEventCell {
+ public:
+  TEventCell(TWorksheet& Sheet, TCell& Spare) : FCell(Sheet.FFiring ? FOwn.emplace() : Spare) {}
+  TCell& operator*() { return FCell; }
+
+ private:
+  std::optional<TCell> FOwn;
+  TCell& FCell;
+};
+
+void TWorksheet::FireChange(const TCellAddress& Address, const TCell& OldCell, const TCell& NewCell) {
+  const bool Outer = !FFiring;
+  FFiring = true;
+  struct TLeave {
+    bool& Flag;
+    bool Outer;
+    ~TLeave() {
+      if (Outer) Flag = false;
+    }
+  } Leave{FFiring, Outer};
+  FOnChange(*this, Address, OldCell, NewCell);
+}
+
 void TWorksheet::SetCell(const TCellAddress& Address, const TCell& Cell) {
-  const TCellKey Key{Address.Col, Address.Row};
+  static const TCell NoCell;
   // The old cell is only needed by the change event.
-  TCell OldCell = FOnChange ? GetCell(Address) : TCell();
+  std::optional<TEventCell> Old;
+  const TStoredCell* Stored = FOnChange ? FindCell(Address.Col, Address.Row) : nullptr;
+  if (Stored) Stored->CopyTo(*Old.emplace(*this, FSpareOld));
   if (Cell.IsEmpty()) {
-    FCells.erase(Key);
+    FCells.Erase(Address.Col, Address.Row);
   } else {
-    FCells.insert_or_assign(Key, TStoredCell::FromCell(Cell));
+    FCells.Set(Address.Col, Address.Row, TStoredCell::FromCell(Cell));
   }
   UpdateUsedBounds(Address);
-  if (FOnChange) FOnChange(*this, Address, OldCell, Cell);
+  if (FOnChange) FireChange(Address, Old ? **Old : NoCell, Cell);
 }
 
 void TWorksheet::SetCachedResult(int32_t Col, int32_t Row, const TCellValue& Value) {
-  auto It = FCells.find(TCellKey{Col, Row});
-  if (It == FCells.end() || It->second.Kind() != cvkFormula) return;
+  TStoredCell* Stored = FCells.FindMutable(Col, Row);
+  if (!Stored || Stored->Kind() != cvkFormula) return;
   // Updated where it lies: a recalculation writes every formula's cache, and
   // rebuilding each record would cost an allocation per formula.
   if (!FOnChange) {
-    It->second.SetCachedResult(Value);
+    Stored->SetCachedResult(Value);
     return;
   }
-  const TCell OldCell = It->second.ToCell();
-  It->second.SetCachedResult(Value);
-  FOnChange(*this, TCellAddress{Col, Row}, OldCell, It->second.ToCell());
+  TEventCell Old(*this, FSpareOld), New(*this, FSpareNew);
+  Stored->CopyTo(*Old);
+  Stored->SetCachedResult(Value);
+  Stored->CopyTo(*New);
+  FireChange(TCellAddress{Col, Row}, *Old, *New);
 }
 
 void TWorksheet::ExpandUsedBounds(int32_t Col, int32_t Row) {

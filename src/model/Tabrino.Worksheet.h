@@ -54,12 +54,9 @@ class TWorksheet {
 
   TCell GetCell(const TCellAddress& Address) const { return GetCellAt(Address.Col, Address.Row); }
   TCell GetCellAt(int32_t Col, int32_t Row) const;
-  bool HasCell(const TCellAddress& Address) const { return FCells.contains(TCellKey{Address.Col, Address.Row}); }
+  bool HasCell(const TCellAddress& Address) const { return FCells.Contains(Address.Col, Address.Row); }
   // Read access without copying the cell: nullptr when the cell is absent.
-  const TStoredCell* FindCell(int32_t Col, int32_t Row) const {
-    auto It = FCells.find(TCellKey{Col, Row});
-    return It == FCells.end() ? nullptr : &It->second;
-  }
+  const TStoredCell* FindCell(int32_t Col, int32_t Row) const { return FCells.Find(Col, Row); }
 
   // The single write path: store (or remove when empty), raise the used
   // bounds, then fire FOnChange with the old and new cell.
@@ -93,6 +90,15 @@ class TWorksheet {
   // Column names of every table with a header row, read again from its header
   // cells; an empty header cell names its column "Column<n>".
   void RefreshTableColumnNames();
+
+ private:
+  // The cells FOnChange is given are built into these spares, so that a
+  // write does not construct two whole cells for its event; a handler that
+  // writes again gets fresh ones, as it may still hold the outer pair.
+  TCell FSpareOld, FSpareNew;
+  bool FFiring = false;
+  class TEventCell;
+  void FireChange(const TCellAddress& Address, const TCell& OldCell, const TCell& NewCell);
 };
 
 }  // namespace Tabrino
