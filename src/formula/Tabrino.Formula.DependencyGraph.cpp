@@ -95,33 +95,54 @@ void TFormulaDependencyGraph::Clear() {
 void TFormulaDependencyGraph::ClearCell(const TSheetCellKey& Key) {
   auto It = FDependencies.find(Key);
   if (It == FDependencies.end()) return;
-  for (const TSheetCellKey& Dep : It->second.Deps.Cells) {
+  UnlinkNode(Key, It->second);
+  FDependencies.erase(It);
+}
+
+void TFormulaDependencyGraph::UnlinkNode(const TSheetCellKey& Key, const TFormulaNode& Node) {
+  for (const TSheetCellKey& Dep : Node.Deps.Cells) {
     auto Readers = FDependents.find(Dep);
     if (Readers == FDependents.end()) continue;
     auto& List = Readers->second;
     List.erase(std::remove(List.begin(), List.end(), Key), List.end());
-    if (Readers->second.empty()) FDependents.erase(Readers);
+    if (List.empty()) FDependents.erase(Readers);
   }
-  for (uint32_t Id : It->second.RangeIds) RemoveRangeEntry(Id);
-  FDependencies.erase(It);
+  for (uint32_t Id : Node.RangeIds) RemoveRangeEntry(Id);
 }
 
-void TFormulaDependencyGraph::SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps) {
-  ClearCell(Key);
-  TFormulaNode Node;
-  Node.Registration = FNextRegistration++;
-  absl::flat_hash_set<TSheetCellKey> SeenCells;
-  for (const TSheetCellKey& Dep : Deps.Cells) {
-    if (!SeenCells.insert(Dep).second) continue;
-    Node.Deps.Cells.push_back(Dep);
-    FDependents[Dep].push_back(Key);
+namespace {
+
+// Appends the entries of In not yet in Out, first occurrence kept: a scan
+// for the usual handful, a set for the long lists of generated formulas.
+void AppendDistinctCells(std::span<const TSheetCellKey> In, absl::InlinedVector<TSheetCellKey, 2>& Out) {
+  constexpr size_t ScanLimit = 16;
+  if (In.size() <= ScanLimit) {
+    for (const TSheetCellKey& Key : In)
+      if (std::find(Out.begin(), Out.end(), Key) == Out.end()) Out.push_back(Key);
+    return;
   }
+  absl::flat_hash_set<TSheetCellKey> Seen;
+  for (const TSheetCellKey& Key : In)
+    if (Seen.insert(Key).second) Out.push_back(Key);
+}
+
+}  // namespace
+
+void TFormulaDependencyGraph::SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps) {
+  auto [It, Added] = FDependencies.try_emplace(Key);
+  TFormulaNode& Node = It->second;
+  if (!Added) {
+    UnlinkNode(Key, Node);
+    Node = TFormulaNode();
+  }
+  Node.Registration = FNextRegistration++;
+  AppendDistinctCells(Deps.Cells, Node.Deps.Cells);
+  for (const TSheetCellKey& Dep : Node.Deps.Cells) FDependents[Dep].push_back(Key);
   for (const TSheetRangeKey& Range : Deps.Ranges) {
     if (std::find(Node.Deps.Ranges.begin(), Node.Deps.Ranges.end(), Range) != Node.Deps.Ranges.end()) continue;
     Node.Deps.Ranges.push_back(Range);
     Node.RangeIds.push_back(AddRangeEntry(Key, Range, Node.Registration));
   }
-  FDependencies.insert_or_assign(Key, std::move(Node));
 }
 
 const TFormulaDependencies* TFormulaDependencyGraph::FindDependencies(const TSheetCellKey& Key) const {
@@ -195,13 +216,15 @@ void TFormulaDependencyGraph::GetDependents(const TSheetCellKey& Key, std::vecto
       if (Entry.Range.Range.Contains(Key.Col, Key.Row)) RangeReaders.emplace_back(Entry.Registration, Entry.Formula);
     }
   };
-  for (int32_t Grain = 0; Grain < GrainCount; ++Grain) {
+  // A sheet without range reads (a chain of single references) skips the index.
+  for (int32_t Grain = 0; Grain < GrainCount && !FRangeBuckets.empty(); ++Grain) {
     const TGrain& G = Grains[Grain];
     if (auto It = FRangeBuckets.find(TBucketKey{Key.Sheet, Grain, Key.Col >> G.ColShift, Key.Row >> G.RowShift});
         It != FRangeBuckets.end())
       Scan(It->second);
   }
-  if (auto It = FLargeRanges.find(Key.Sheet); It != FLargeRanges.end()) Scan(It->second);
+  if (!FLargeRanges.empty())
+    if (auto It = FLargeRanges.find(Key.Sheet); It != FLargeRanges.end()) Scan(It->second);
 
   if (RangeReaders.empty()) {
     // Single-cell readers are kept in registration order already.

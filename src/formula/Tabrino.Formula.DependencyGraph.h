@@ -42,9 +42,11 @@ struct TSheetRangeKey {
 
 // What one formula reads: single cells and whole ranges, each in the order
 // first met.
+// Most formulas read a cell or two and at most one range: those need no
+// allocation of their own.
 struct TFormulaDependencies {
-  std::vector<TSheetCellKey> Cells;
-  std::vector<TSheetRangeKey> Ranges;
+  absl::InlinedVector<TSheetCellKey, 2> Cells;
+  absl::InlinedVector<TSheetRangeKey, 1> Ranges;
 
   void AddCell(const TSheetCellKey& Key) { Cells.push_back(Key); }
   // A one-cell range is recorded as that cell.
@@ -107,7 +109,7 @@ class TFormulaDependencyGraph {
   struct TFormulaNode {
     uint64_t Registration;  // orders dependents by when they were registered
     TFormulaDependencies Deps;
-    std::vector<uint32_t> RangeIds;
+    absl::InlinedVector<uint32_t, 1> RangeIds;
   };
   struct TRangeEntry {
     TSheetCellKey Formula;
@@ -128,6 +130,8 @@ class TFormulaDependencyGraph {
     }
   };
 
+  // Removes what the node's formula reads from the reverse index and the range index.
+  void UnlinkNode(const TSheetCellKey& Key, const TFormulaNode& Node);
   uint32_t AddRangeEntry(const TSheetCellKey& Formula, const TSheetRangeKey& Range, uint64_t Registration);
   void RemoveRangeEntry(uint32_t Id);
   // Calls Visit with each bucket list a range belongs to, creating them when asked.

@@ -81,8 +81,7 @@ void TFormulaEvaluator::NotifyCellChanged(int32_t SheetIndex, int32_t Col, int32
   FGraph.OrderFrom(Key, Cycle, Order);
   for (const TSheetCellKey& K : Cycle) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
   // A changed cell that holds no formula started the walk; it is not evaluated.
-  for (const TSheetCellKey& K : Order)
-    if (HoldsFormula(K.Sheet, K.Col, K.Row)) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
+  for (const TSheetCellKey& K : Order) EvaluateIfFormula(K.Sheet, K.Col, K.Row);
 }
 
 void TFormulaEvaluator::RebuildAllDependencies() {

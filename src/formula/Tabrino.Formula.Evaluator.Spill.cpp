@@ -113,7 +113,7 @@ void TFormulaEvaluator::DirtySpillDependents(int32_t SheetIndex, int32_t Col1, i
   for (const TSheetCellKey& K : Circular)
     if (!FVisiting.contains(K)) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
   for (const TSheetCellKey& K : Order)
-    if (!FVisiting.contains(K) && HoldsFormula(K.Sheet, K.Col, K.Row)) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
+    if (!FVisiting.contains(K)) EvaluateIfFormula(K.Sheet, K.Col, K.Row);
 }
 
 }  // namespace Tabrino

@@ -102,20 +102,23 @@ void TFormulaEvaluator::WriteCache(int32_t SheetIndex, int32_t Col, int32_t Row,
 }
 
 void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int32_t Row) {
-  TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
-  if (!Sheet) return;
-  const TStoredCell* Stored = Sheet->FindCell(Col, Row);
-  if (!Stored || Stored->Kind() != cvkFormula) {
-    // A formula that has gone takes its spill with it.
+  if (EvaluateIfFormula(SheetIndex, Col, Row)) return;
+  // A formula that has gone takes its spill with it.
+  if (TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex)) {
     if (Sheet->FSpills.FindSpill(Col, Row)) FRangeCache.Clear();
     Sheet->FSpills.ClearAnchor(Col, Row);
-    return;
   }
+}
+
+bool TFormulaEvaluator::EvaluateIfFormula(int32_t SheetIndex, int32_t Col, int32_t Row) {
+  TWorksheet* Sheet = FWorkbook->GetSheet(SheetIndex);
+  const TStoredCell* Stored = Sheet ? Sheet->FindCell(Col, Row) : nullptr;
+  if (!Stored || Stored->Kind() != cvkFormula) return false;
   TPassScope Pass(*this);
   const TSheetCellKey Key{SheetIndex, Col, Row};
   if (FVisiting.contains(Key)) {
     WriteCache(SheetIndex, Col, Row, TCellValue::FromError(ceCirc));
-    return;
+    return true;
   }
   const TSharedTree Shared = TreeOfCell(*Stored, Col, Row);
   if (Stored->HasSparkline()) {
@@ -154,6 +157,7 @@ void TFormulaEvaluator::EvaluateFormulaCell(int32_t SheetIndex, int32_t Col, int
     TFormulaArg Result = EvalNodeArg(Shared.Tree.get(), SheetIndex);
     ApplySpill(SheetIndex, Col, Row, Result);
   });
+  return true;
 }
 
 TCellValue TFormulaEvaluator::Evaluate(std::string_view FormulaText, int32_t SheetIndex) {

@@ -153,6 +153,8 @@ class TFormulaEvaluator {
   int32_t FLambdaDepth = 0;
   bool FLambdaOverflow = false;
 
+  // Evaluates the cell when it holds a formula; false, with nothing done, otherwise.
+  bool EvaluateIfFormula(int32_t SheetIndex, int32_t Col, int32_t Row);
   TFormulaContext MakeContext(int32_t SheetIndex) const;
   TCellValue EvalFunction(const TAstNode* Node, int32_t SheetIndex);
   // A special form's result, or false when Name is none or has too few arguments.
