@@ -7,6 +7,7 @@
 #include <charconv>
 #include <numeric>
 #include <span>
+#include <tuple>
 
 namespace Tabrino {
 
@@ -84,7 +85,9 @@ bool ParseKey(std::string_view Key, int32_t& SheetIndex, int32_t& Col, int32_t& 
 // ---- registration --------------------------------------------------------------
 
 void TFormulaDependencyGraph::Clear() {
-  FDependencies.clear();
+  FNodeIds.clear();
+  FNodes.clear();
+  FFreeNodes.clear();
   FDependents.clear();
   FRanges.clear();
   FFreeRangeIds.clear();
@@ -93,13 +96,16 @@ void TFormulaDependencyGraph::Clear() {
 }
 
 void TFormulaDependencyGraph::ClearCell(const TSheetCellKey& Key) {
-  auto It = FDependencies.find(Key);
-  if (It == FDependencies.end()) return;
-  UnlinkNode(Key, It->second);
-  FDependencies.erase(It);
+  auto It = FNodeIds.find(Key);
+  if (It == FNodeIds.end()) return;
+  UnlinkNode(FNodes[It->second]);
+  FNodes[It->second] = TFormulaNode();
+  FFreeNodes.push_back(It->second);
+  FNodeIds.erase(It);
 }
 
-void TFormulaDependencyGraph::UnlinkNode(const TSheetCellKey& Key, const TFormulaNode& Node) {
+void TFormulaDependencyGraph::UnlinkNode(const TFormulaNode& Node) {
+  const TSheetCellKey& Key = Node.Key;
   for (const TSheetCellKey& Dep : Node.Deps.Cells) {
     auto Readers = FDependents.find(Dep);
     if (Readers == FDependents.end()) continue;
@@ -129,12 +135,22 @@ void AppendDistinctCells(std::span<const TSheetCellKey> In, absl::InlinedVector<
 }  // namespace
 
 void TFormulaDependencyGraph::SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps) {
-  auto [It, Added] = FDependencies.try_emplace(Key);
-  TFormulaNode& Node = It->second;
-  if (!Added) {
-    UnlinkNode(Key, Node);
-    Node = TFormulaNode();
+  auto [It, Added] = FNodeIds.try_emplace(Key, 0);
+  if (Added) {
+    if (FFreeNodes.empty()) {
+      It->second = static_cast<uint32_t>(FNodes.size());
+      FNodes.emplace_back();
+    } else {
+      It->second = FFreeNodes.back();
+      FFreeNodes.pop_back();
+    }
+  } else {
+    UnlinkNode(FNodes[It->second]);
+    FNodes[It->second] = TFormulaNode();
   }
+  TFormulaNode& Node = FNodes[It->second];
+  Node.Key = Key;
+  Node.Live = true;
   Node.Registration = FNextRegistration++;
   AppendDistinctCells(Deps.Cells, Node.Deps.Cells);
   for (const TSheetCellKey& Dep : Node.Deps.Cells) FDependents[Dep].push_back(Key);
@@ -146,8 +162,8 @@ void TFormulaDependencyGraph::SetDependencies(const TSheetCellKey& Key, const TF
 }
 
 const TFormulaDependencies* TFormulaDependencyGraph::FindDependencies(const TSheetCellKey& Key) const {
-  auto It = FDependencies.find(Key);
-  return It == FDependencies.end() ? nullptr : &It->second.Deps;
+  auto It = FNodeIds.find(Key);
+  return It == FNodeIds.end() ? nullptr : &FNodes[It->second].Deps;
 }
 
 // ---- the range index -------------------------------------------------------------
@@ -199,8 +215,8 @@ size_t TFormulaDependencyGraph::RangeIndexEntryCount() const {
 }
 
 uint64_t TFormulaDependencyGraph::RegistrationOf(const TSheetCellKey& Formula) const {
-  auto It = FDependencies.find(Formula);
-  return It == FDependencies.end() ? 0 : It->second.Registration;
+  auto It = FNodeIds.find(Formula);
+  return It == FNodeIds.end() ? 0 : FNodes[It->second].Registration;
 }
 
 // ---- queries -------------------------------------------------------------------
@@ -406,6 +422,111 @@ void TFormulaDependencyGraph::OrderFrom(const TSheetCellKey& Key, std::vector<TS
   std::vector<int32_t> Entries(G.Keys.size());
   std::iota(Entries.begin(), Entries.end(), 0);
   KahnOrder(G, Entries, &CycleList, Order);
+}
+
+// ---- ordering the whole graph --------------------------------------------------
+
+namespace {
+
+// The registered formulas of a workbook by place, so that the formulas inside
+// a range are found without visiting its cells.
+class TFormulaPlaces {
+ public:
+  void Add(const TSheetCellKey& Key, uint32_t Id) { FPlaces.push_back({Key.Sheet, Key.Col, Key.Row, Id}); }
+  void Sort() {
+    std::sort(FPlaces.begin(), FPlaces.end(), [](const TPlace& A, const TPlace& B) {
+      return std::tie(A.Sheet, A.Col, A.Row) < std::tie(B.Sheet, B.Col, B.Row);
+    });
+  }
+  template <typename F>
+  void ForEachIn(const TSheetRangeKey& Range, F&& Visit) const {
+    const TCellRange& R = Range.Range;
+    for (int32_t Col = R.StartCol; Col <= R.EndCol; ++Col) {
+      auto It = std::lower_bound(FPlaces.begin(), FPlaces.end(), TPlace{Range.Sheet, Col, R.StartRow, 0},
+                                 [](const TPlace& A, const TPlace& B) {
+                                   return std::tie(A.Sheet, A.Col, A.Row) < std::tie(B.Sheet, B.Col, B.Row);
+                                 });
+      for (; It != FPlaces.end() && It->Sheet == Range.Sheet && It->Col == Col && It->Row <= R.EndRow; ++It)
+        Visit(It->Id);
+      // Columns without formulas are skipped in one step.
+      if (It != FPlaces.end() && It->Sheet == Range.Sheet && It->Col > Col) Col = std::min(It->Col, R.EndCol + 1) - 1;
+      if (It == FPlaces.end() || It->Sheet != Range.Sheet) break;
+    }
+  }
+
+ private:
+  struct TPlace {
+    int32_t Sheet, Col, Row;
+    uint32_t Id;
+  };
+  std::vector<TPlace> FPlaces;
+};
+
+// Ranges up to this many cells are looked up cell by cell.
+constexpr int64_t SmallRangeCells = 64;
+
+int64_t CellCount(const TCellRange& R) { return int64_t(R.EndCol - R.StartCol + 1) * int64_t(R.EndRow - R.StartRow + 1); }
+
+}  // namespace
+
+void TFormulaDependencyGraph::OrderAll(std::vector<TSheetCellKey>& CycleList, std::vector<TSheetCellKey>& Order) const {
+  Order.clear();
+  CycleList.clear();
+  // Only a large range read needs the formulas by place.
+  TFormulaPlaces Places;
+  bool LargeRanges = false;
+  for (const TFormulaNode& Node : FNodes)
+    for (const TSheetRangeKey& Range : Node.Deps.Ranges) LargeRanges = LargeRanges || CellCount(Range.Range) > SmallRangeCells;
+  if (LargeRanges) {
+    for (uint32_t Id = 0; Id < FNodes.size(); ++Id)
+      if (FNodes[Id].Live) Places.Add(FNodes[Id].Key, Id);
+    Places.Sort();
+  }
+  // Edges from each read formula to its reader, gathered from the readers'
+  // own lists, then grouped by the read formula.
+  std::vector<std::pair<uint32_t, uint32_t>> Edges;
+  auto AddEdgeFrom = [&](const TSheetCellKey& Cell, uint32_t Reader) {
+    if (auto It = FNodeIds.find(Cell); It != FNodeIds.end()) Edges.emplace_back(It->second, Reader);
+  };
+  for (uint32_t Reader = 0; Reader < FNodes.size(); ++Reader) {
+    const TFormulaNode& Node = FNodes[Reader];
+    if (!Node.Live) continue;
+    for (const TSheetCellKey& Cell : Node.Deps.Cells) AddEdgeFrom(Cell, Reader);
+    for (const TSheetRangeKey& Range : Node.Deps.Ranges) {
+      const TCellRange& R = Range.Range;
+      if (CellCount(R) > SmallRangeCells) {
+        Places.ForEachIn(Range, [&](uint32_t Read) { Edges.emplace_back(Read, Reader); });
+        continue;
+      }
+      for (int32_t Row = R.StartRow; Row <= R.EndRow; ++Row)
+        for (int32_t Col = R.StartCol; Col <= R.EndCol; ++Col) AddEdgeFrom({Range.Sheet, Col, Row}, Reader);
+    }
+  }
+  const size_t Count = FNodes.size();
+  std::vector<uint32_t> FirstEdge(Count + 1, 0), InDegree(Count, 0);
+  for (const auto& [Read, Reader] : Edges) {
+    ++FirstEdge[Read + 1];
+    ++InDegree[Reader];
+  }
+  for (size_t I = 0; I < Count; ++I) FirstEdge[I + 1] += FirstEdge[I];
+  std::vector<uint32_t> Readers(Edges.size());
+  std::vector<uint32_t> Fill(FirstEdge.begin(), FirstEdge.end() - 1);
+  for (const auto& [Read, Reader] : Edges) Readers[Fill[Read]++] = Reader;
+
+  std::vector<uint32_t> Queue;
+  Queue.reserve(FNodeIds.size());
+  for (uint32_t Id = 0; Id < Count; ++Id)
+    if (FNodes[Id].Live && InDegree[Id] == 0) Queue.push_back(Id);
+  Order.reserve(FNodeIds.size());
+  for (size_t Head = 0; Head < Queue.size(); ++Head) {
+    const uint32_t Current = Queue[Head];
+    Order.push_back(FNodes[Current].Key);
+    for (uint32_t I = FirstEdge[Current]; I < FirstEdge[Current + 1]; ++I)
+      if (--InDegree[Readers[I]] == 0) Queue.push_back(Readers[I]);
+  }
+  if (Order.size() == FNodeIds.size()) return;
+  for (uint32_t Id = 0; Id < Count; ++Id)
+    if (FNodes[Id].Live && InDegree[Id] > 0) CycleList.push_back(FNodes[Id].Key);
 }
 
 }  // namespace Tabrino

@@ -66,14 +66,15 @@ class TFormulaDependencyGraph {
   // Room for this many formulas (and about as many read cells), so that a
   // full rebuild does not regrow its tables.
   void Reserve(size_t Formulas) {
-    FDependencies.reserve(Formulas);
+    FNodeIds.reserve(Formulas);
+    FNodes.reserve(Formulas);
     FDependents.reserve(Formulas);
   }
   // Forgets what Key reads; what reads Key is untouched.
   void ClearCell(const TSheetCellKey& Key);
   // Replaces what Key reads. Duplicates are dropped, first occurrence kept.
   void SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps);
-  bool HasDependencies(const TSheetCellKey& Key) const { return FDependencies.contains(Key); }
+  bool HasDependencies(const TSheetCellKey& Key) const { return FNodeIds.contains(Key); }
   // What Key reads, as recorded; nullptr when nothing is.
   const TFormulaDependencies* FindDependencies(const TSheetCellKey& Key) const;
 
@@ -100,14 +101,21 @@ class TFormulaDependencyGraph {
   // graph instead of two: what an edit needs.
   void OrderFrom(const TSheetCellKey& Key, std::vector<TSheetCellKey>& CycleList,
                  std::vector<TSheetCellKey>& Order) const;
+  // Kahn's algorithm over every registered formula: the same formulas reach
+  // Order and CycleList as TopologicalOrder over all of them would give, the
+  // edges found from what each formula reads rather than by asking who reads
+  // each one. Ties go by node (after a rebuild, the order of registration).
+  void OrderAll(std::vector<TSheetCellKey>& CycleList, std::vector<TSheetCellKey>& Order) const;
 
-  size_t FormulaCount() const { return FDependencies.size(); }
+  size_t FormulaCount() const { return FNodeIds.size(); }
   // Entries held by the range index, for checks on its size.
   size_t RangeIndexEntryCount() const;
 
  private:
   struct TFormulaNode {
-    uint64_t Registration;  // orders dependents by when they were registered
+    TSheetCellKey Key;
+    bool Live = false;
+    uint64_t Registration = 0;  // orders dependents by when they were registered
     TFormulaDependencies Deps;
     absl::InlinedVector<uint32_t, 1> RangeIds;
   };
@@ -131,7 +139,7 @@ class TFormulaDependencyGraph {
   };
 
   // Removes what the node's formula reads from the reverse index and the range index.
-  void UnlinkNode(const TSheetCellKey& Key, const TFormulaNode& Node);
+  void UnlinkNode(const TFormulaNode& Node);
   uint32_t AddRangeEntry(const TSheetCellKey& Formula, const TSheetRangeKey& Range, uint64_t Registration);
   void RemoveRangeEntry(uint32_t Id);
   // Calls Visit with each bucket list a range belongs to, creating them when asked.
@@ -139,7 +147,12 @@ class TFormulaDependencyGraph {
   void ForEachBucket(const TRangeEntry& Entry, F&& Visit);
   uint64_t RegistrationOf(const TSheetCellKey& Formula) const;
 
-  absl::flat_hash_map<TSheetCellKey, TFormulaNode> FDependencies;
+  // Formulas by id: the nodes lie together in one array, in the order they
+  // came (ids of cleared formulas are handed out again), and the key map
+  // stays small.
+  absl::flat_hash_map<TSheetCellKey, uint32_t> FNodeIds;
+  std::vector<TFormulaNode> FNodes;
+  std::vector<uint32_t> FFreeNodes;
   // Single-cell edges: for each read cell, its readers in registration order.
   // Most cells have one or two readers: those live in the map slot itself.
   using TReaders = absl::InlinedVector<TSheetCellKey, 2>;

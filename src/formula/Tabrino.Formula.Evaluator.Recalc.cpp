@@ -98,12 +98,9 @@ void TFormulaEvaluator::RebuildAllDependencies() {
 void TFormulaEvaluator::RecalculateAll() {
   TPassScope Pass(*this);
   RebuildAllDependencies();
-  std::vector<TSheetCellKey> Nodes;
-  for (int32_t SheetIndex = 0; SheetIndex < FWorkbook->SheetCount(); ++SheetIndex)
-    for (const auto& [Key, Cell] : FWorkbook->GetSheet(SheetIndex)->FCells)
-      if (Cell.Kind() == cvkFormula) Nodes.push_back({SheetIndex, Key.Col, Key.Row});
+  // The rebuild registered every formula of the workbook, and only those.
   std::vector<TSheetCellKey> Cycle, Order;
-  FGraph.TopologicalOrder(Nodes, &Cycle, Order);
+  FGraph.OrderAll(Cycle, Order);
   for (const TSheetCellKey& K : Cycle) WriteCache(K.Sheet, K.Col, K.Row, TCellValue::FromError(ceCirc));
   for (const TSheetCellKey& K : Order) EvaluateFormulaCell(K.Sheet, K.Col, K.Row);
 }
