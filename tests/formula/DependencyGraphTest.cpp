@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "Tabrino.Formula.DependencyGraph.h"
@@ -173,3 +177,56 @@ TEST(DependencyGraph, OrderFromAnEditMatchesCollectThenOrder) {
 
 }  // namespace
 }  // namespace Tabrino
+
+// Ordering the whole graph from each formula's reads must reach the same
+// formulas, and leave the same ones circular, as asking the reverse index,
+// with small and large ranges, other sheets, cycles and re-registrations.
+TEST(DependencyGraph, OrderAllAgreesWithTopologicalOrderOverEveryFormula) {
+  std::mt19937 Random(11);
+  std::uniform_int_distribution<int32_t> Coord(1, 12), Sheet(0, 1), Kind(0, 9), Size(0, 11);
+  for (int Round = 0; Round < 40; ++Round) {
+    TFormulaDependencyGraph Graph;
+    std::vector<TSheetCellKey> Formulas;
+    for (int I = 0; I < 60; ++I) {
+      const TSheetCellKey Key = K(Coord(Random), Coord(Random), Sheet(Random));
+      TFormulaDependencies Deps;
+      for (int Read = Kind(Random) % 3; Read >= 0; --Read) {
+        const int32_t Col = Coord(Random), Row = Coord(Random);
+        if (Kind(Random) < 6) {
+          Deps.AddCell(K(Col, Row, Sheet(Random)));
+        } else {
+          const int32_t Extent = Kind(Random) < 8 ? 1 : Size(Random) * 4;  // past 64 cells: the large path
+          Deps.AddRange(Sheet(Random), TCellRange::Make(Col, Row, Col + Extent, Row + Extent));
+        }
+      }
+      Graph.SetDependencies(Key, Deps);
+      if (Kind(Random) == 0) Graph.ClearCell(Key);
+    }
+    for (int32_t S = 0; S <= 1; ++S)
+      for (int32_t Col = 1; Col <= 64; ++Col)
+        for (int32_t Row = 1; Row <= 64; ++Row)
+          if (Graph.HasDependencies(K(Col, Row, S))) Formulas.push_back(K(Col, Row, S));
+
+    std::vector<TSheetCellKey> Cycle, Order, AllCycle, AllOrder;
+    Graph.TopologicalOrder(Formulas, &Cycle, Order);
+    Graph.OrderAll(AllCycle, AllOrder);
+    auto Sorted = [](std::vector<TSheetCellKey> Keys) {
+      std::sort(Keys.begin(), Keys.end(), [](const TSheetCellKey& A, const TSheetCellKey& B) {
+        return std::tie(A.Sheet, A.Col, A.Row) < std::tie(B.Sheet, B.Col, B.Row);
+      });
+      return Keys;
+    };
+    ASSERT_EQ(Sorted(AllOrder), Sorted(Order)) << "round " << Round;
+    ASSERT_EQ(Sorted(AllCycle), Sorted(Cycle)) << "round " << Round;
+    // Every formula comes after the formulas it reads.
+    std::map<std::tuple<int32_t, int32_t, int32_t>, size_t> Position;
+    for (size_t I = 0; I < AllOrder.size(); ++I) Position[{AllOrder[I].Sheet, AllOrder[I].Col, AllOrder[I].Row}] = I;
+    for (size_t I = 0; I < AllOrder.size(); ++I) {
+      std::vector<TSheetCellKey> Readers;
+      Graph.GetDependents(AllOrder[I], Readers);
+      for (const TSheetCellKey& Reader : Readers)
+        if (auto It = Position.find({Reader.Sheet, Reader.Col, Reader.Row}); It != Position.end())
+          EXPECT_LT(I, It->second);
+    }
+  }
+}
