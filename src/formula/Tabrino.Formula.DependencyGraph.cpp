@@ -96,22 +96,21 @@ void TFormulaDependencyGraph::Clear() {
 }
 
 void TFormulaDependencyGraph::ClearCell(const TSheetCellKey& Key) {
-  auto It = FNodeIds.find(Key);
-  if (It == FNodeIds.end()) return;
-  UnlinkNode(FNodes[It->second]);
-  FNodes[It->second] = TFormulaNode();
-  FFreeNodes.push_back(It->second);
-  FNodeIds.erase(It);
+  const uint32_t* Id = FNodeIds.Find(Key);
+  if (!Id) return;
+  UnlinkNode(FNodes[*Id]);
+  FNodes[*Id] = TFormulaNode();
+  FFreeNodes.push_back(*Id);
+  FNodeIds.Erase(Key);
 }
 
 void TFormulaDependencyGraph::UnlinkNode(const TFormulaNode& Node) {
   const TSheetCellKey& Key = Node.Key;
   for (const TSheetCellKey& Dep : Node.Deps.Cells) {
-    auto Readers = FDependents.find(Dep);
-    if (Readers == FDependents.end()) continue;
-    auto& List = Readers->second;
-    List.erase(std::remove(List.begin(), List.end(), Key), List.end());
-    if (List.empty()) FDependents.erase(Readers);
+    TReaders* List = FDependents.Find(Dep);
+    if (!List) continue;
+    List->erase(std::remove(List->begin(), List->end(), Key), List->end());
+    if (List->empty()) FDependents.Erase(Dep);
   }
   for (uint32_t Id : Node.RangeIds) RemoveRangeEntry(Id);
 }
@@ -135,20 +134,20 @@ void AppendDistinctCells(std::span<const TSheetCellKey> In, absl::InlinedVector<
 }  // namespace
 
 void TFormulaDependencyGraph::SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps) {
-  auto [It, Added] = FNodeIds.try_emplace(Key, 0);
+  auto [Id, Added] = FNodeIds.TryEmplace(Key);
   if (Added) {
     if (FFreeNodes.empty()) {
-      It->second = static_cast<uint32_t>(FNodes.size());
+      Id = static_cast<uint32_t>(FNodes.size());
       FNodes.emplace_back();
     } else {
-      It->second = FFreeNodes.back();
+      Id = FFreeNodes.back();
       FFreeNodes.pop_back();
     }
   } else {
-    UnlinkNode(FNodes[It->second]);
-    FNodes[It->second] = TFormulaNode();
+    UnlinkNode(FNodes[Id]);
+    FNodes[Id] = TFormulaNode();
   }
-  TFormulaNode& Node = FNodes[It->second];
+  TFormulaNode& Node = FNodes[Id];
   Node.Key = Key;
   Node.Live = true;
   Node.Registration = FNextRegistration++;
@@ -162,8 +161,8 @@ void TFormulaDependencyGraph::SetDependencies(const TSheetCellKey& Key, const TF
 }
 
 const TFormulaDependencies* TFormulaDependencyGraph::FindDependencies(const TSheetCellKey& Key) const {
-  auto It = FNodeIds.find(Key);
-  return It == FNodeIds.end() ? nullptr : &FNodes[It->second].Deps;
+  const uint32_t* Id = FNodeIds.Find(Key);
+  return Id ? &FNodes[*Id].Deps : nullptr;
 }
 
 // ---- the range index -------------------------------------------------------------
@@ -215,15 +214,14 @@ size_t TFormulaDependencyGraph::RangeIndexEntryCount() const {
 }
 
 uint64_t TFormulaDependencyGraph::RegistrationOf(const TSheetCellKey& Formula) const {
-  auto It = FNodeIds.find(Formula);
-  return It == FNodeIds.end() ? 0 : FNodes[It->second].Registration;
+  const uint32_t* Id = FNodeIds.Find(Formula);
+  return Id ? FNodes[*Id].Registration : 0;
 }
 
 // ---- queries -------------------------------------------------------------------
 
 void TFormulaDependencyGraph::GetDependents(const TSheetCellKey& Key, std::vector<TSheetCellKey>& List) const {
-  const TReaders* CellReaders = nullptr;
-  if (auto It = FDependents.find(Key); It != FDependents.end()) CellReaders = &It->second;
+  const TReaders* CellReaders = FDependents.Find(Key);
 
   std::vector<std::pair<uint64_t, TSheetCellKey>> RangeReaders;
   auto Scan = [&](const std::vector<uint32_t>& Ids) {
@@ -268,8 +266,8 @@ void TFormulaDependencyGraph::ForEachReadIn(
   if (Area <= int64_t(FDependents.size())) {
     for (int32_t Row = B.StartRow; Row <= B.EndRow; ++Row)
       for (int32_t Col = B.StartCol; Col <= B.EndCol; ++Col)
-        if (auto It = FDependents.find(TSheetCellKey{Block.Sheet, Col, Row}); It != FDependents.end())
-          VisitReaders(It->first, It->second);
+        if (const TReaders* Readers = FDependents.Find(TSheetCellKey{Block.Sheet, Col, Row}))
+          VisitReaders(TSheetCellKey{Block.Sheet, Col, Row}, *Readers);
   } else {
     for (const auto& [Cell, Readers] : FDependents)
       if (Cell.Sheet == Block.Sheet && B.Contains(Cell.Col, Cell.Row)) VisitReaders(Cell, Readers);
@@ -486,7 +484,7 @@ void TFormulaDependencyGraph::OrderAll(std::vector<TSheetCellKey>& CycleList, st
   // own lists, then grouped by the read formula.
   std::vector<std::pair<uint32_t, uint32_t>> Edges;
   auto AddEdgeFrom = [&](const TSheetCellKey& Cell, uint32_t Reader) {
-    if (auto It = FNodeIds.find(Cell); It != FNodeIds.end()) Edges.emplace_back(It->second, Reader);
+    if (const uint32_t* Read = FNodeIds.Find(Cell)) Edges.emplace_back(*Read, Reader);
   };
   for (uint32_t Reader = 0; Reader < FNodes.size(); ++Reader) {
     const TFormulaNode& Node = FNodes[Reader];

@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Tabrino.CellBlocks.h"
 #include "Tabrino.Types.h"
 
 namespace Tabrino {
@@ -74,7 +75,7 @@ class TFormulaDependencyGraph {
   void ClearCell(const TSheetCellKey& Key);
   // Replaces what Key reads. Duplicates are dropped, first occurrence kept.
   void SetDependencies(const TSheetCellKey& Key, const TFormulaDependencies& Deps);
-  bool HasDependencies(const TSheetCellKey& Key) const { return FNodeIds.contains(Key); }
+  bool HasDependencies(const TSheetCellKey& Key) const { return FNodeIds.Contains(Key); }
   // What Key reads, as recorded; nullptr when nothing is.
   const TFormulaDependencies* FindDependencies(const TSheetCellKey& Key) const;
 
@@ -150,13 +151,13 @@ class TFormulaDependencyGraph {
   // Formulas by id: the nodes lie together in one array, in the order they
   // came (ids of cleared formulas are handed out again), and the key map
   // stays small.
-  absl::flat_hash_map<TSheetCellKey, uint32_t> FNodeIds;
+  TCellBlockMap<TSheetCellKey, uint32_t> FNodeIds;
   std::vector<TFormulaNode> FNodes;
   std::vector<uint32_t> FFreeNodes;
   // Single-cell edges: for each read cell, its readers in registration order.
   // Most cells have one or two readers: those live in the map slot itself.
   using TReaders = absl::InlinedVector<TSheetCellKey, 2>;
-  absl::flat_hash_map<TSheetCellKey, TReaders> FDependents;
+  TCellBlockMap<TSheetCellKey, TReaders> FDependents;
   std::vector<TRangeEntry> FRanges;
   std::vector<uint32_t> FFreeRangeIds;
   absl::flat_hash_map<TBucketKey, std::vector<uint32_t>> FRangeBuckets;

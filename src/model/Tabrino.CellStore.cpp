@@ -1,6 +1,5 @@
 #include "Tabrino.CellStore.h"
 
-#include <bit>
 #include <utility>
 
 namespace Tabrino {
@@ -224,53 +223,6 @@ void TStoredCell::CopyTo(TCell& Out) const {
     Assign(Out.CachedValue, cvkEmpty, 0, false, ceNone, {}, {});
     Out.HasCachedValue = false;
   }
-}
-
-// ---- the map of cells ------------------------------------------------------------
-
-const TStoredCell* TCellMap::Find(int32_t Col, int32_t Row) const {
-  auto It = FBlocks.find(BlockKey(Col, Row));
-  if (It == FBlocks.end() || !(It->second.Present >> Bit(Row) & 1)) return nullptr;
-  return &It->second.Slots[Bit(Row)];
-}
-
-TStoredCell* TCellMap::FindMutable(int32_t Col, int32_t Row) {
-  return const_cast<TStoredCell*>(std::as_const(*this).Find(Col, Row));
-}
-
-void TCellMap::Set(int32_t Col, int32_t Row, TStoredCell&& Cell) {
-  TBlock& Block = FBlocks[BlockKey(Col, Row)];
-  const uint32_t Mask = 1u << Bit(Row);
-  if (!(Block.Present & Mask)) ++FCount;
-  Block.Present |= Mask;
-  Block.Slots[Bit(Row)] = std::move(Cell);
-}
-
-bool TCellMap::Erase(int32_t Col, int32_t Row) {
-  auto It = FBlocks.find(BlockKey(Col, Row));
-  const uint32_t Mask = 1u << Bit(Row);
-  if (It == FBlocks.end() || !(It->second.Present & Mask)) return false;
-  It->second.Slots[Bit(Row)] = TStoredCell();
-  It->second.Present &= ~Mask;
-  --FCount;
-  if (It->second.Present == 0) FBlocks.erase(It);
-  return true;
-}
-
-void TCellMap::clear() {
-  FBlocks.clear();
-  FCount = 0;
-}
-
-void TCellMap::TIterator::Advance(int32_t From) {
-  for (; FBlock != FEnd; ++FBlock, From = 0) {
-    const uint32_t Rest = From < BlockRows ? FBlock->second.Present >> From : 0;
-    if (Rest) {
-      FBit = From + std::countr_zero(Rest);
-      return;
-    }
-  }
-  FBit = 0;
 }
 
 }  // namespace Tabrino

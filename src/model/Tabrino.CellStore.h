@@ -5,10 +5,7 @@
 // rich text, sparklines) points to an out-of-line record that exists only for
 // such cells. Callers see whole TCell copies; the evaluator reads through the
 // lighter accessors.
-//
-// Records are grouped in blocks of consecutive rows of one column, so that
-// cells read together (a row's neighbours, a column's run) share a hash entry
-// and usually a cache line, rather than each costing a lookup of its own.
+// The records are kept in blocks of rows (see TCellBlockMap).
 #pragma once
 
 #include <absl/container/flat_hash_map.h>
@@ -19,6 +16,7 @@
 #include <string>
 
 #include "Tabrino.Cell.h"
+#include "Tabrino.CellBlocks.h"
 #include "Tabrino.Formula.TreeCache.h"
 
 namespace Tabrino {
@@ -70,7 +68,8 @@ class TStoredCell {
   void KeepTree(const TSharedTree& Tree, int32_t Col, int32_t Row) const;
 
  private:
-  friend class TCellMap;
+  template <typename, typename>
+  friend class TCellBlockMap;  // holds default-made, empty records in its blocks
   enum TLayout : uint8_t { lyStyleOnly, lyNumber, lyBoolean, lyError, lyText, lyFormula, lyRecord };
   struct TRecord;
   struct TFormulaRecord;
@@ -100,64 +99,7 @@ class TStoredCell {
   uint32_t FStyleAndLayout = 0;
 };
 
-// The sheet's cells by (column, row). Iteration visits every cell once, in no
-// promised order; pointers and iterators are invalidated by any insertion or
-// removal.
-class TCellMap {
- public:
-  static constexpr int32_t BlockRows = 16;
-
-  const TStoredCell* Find(int32_t Col, int32_t Row) const;
-  bool Contains(int32_t Col, int32_t Row) const { return Find(Col, Row) != nullptr; }
-  void Set(int32_t Col, int32_t Row, TStoredCell&& Cell);
-  // False when there was no cell.
-  bool Erase(int32_t Col, int32_t Row);
-  // A stored cell to change in place; nullptr when absent.
-  TStoredCell* FindMutable(int32_t Col, int32_t Row);
-  size_t size() const { return FCount; }
-  void clear();
-  // Room for about this many cells, as filled column by column.
-  void reserve(size_t Cells) { FBlocks.reserve(Cells / BlockRows + 1); }
-
- private:
-  struct TBlock {
-    uint32_t Present = 0;  // bit n: row Base + n holds a cell
-    TStoredCell Slots[BlockRows];
-  };
-  using TBlocks = absl::flat_hash_map<TCellKey, TBlock>;  // (column, first row / BlockRows)
-
- public:
-  class TIterator {
-   public:
-    using value_type = std::pair<TCellKey, const TStoredCell&>;
-    value_type operator*() const {
-      return {TCellKey{FBlock->first.Col, FBlock->first.Row * BlockRows + FBit}, FBlock->second.Slots[FBit]};
-    }
-    TIterator& operator++() {
-      Advance(FBit + 1);
-      return *this;
-    }
-    bool operator==(const TIterator& Other) const { return FBlock == Other.FBlock && FBit == Other.FBit; }
-
-   private:
-    friend class TCellMap;
-    TIterator(TBlocks::const_iterator Block, TBlocks::const_iterator End) : FBlock(Block), FEnd(End) { Advance(0); }
-    // Moves to the first present cell at or after bit From of the current block.
-    void Advance(int32_t From);
-    TBlocks::const_iterator FBlock, FEnd;
-    int32_t FBit = 0;
-  };
-  TIterator begin() const { return TIterator(FBlocks.begin(), FBlocks.end()); }
-  TIterator end() const { return TIterator(FBlocks.end(), FBlocks.end()); }
-
- private:
-  static TCellKey BlockKey(int32_t Col, int32_t Row) { return TCellKey{Col, Row >> RowShift}; }
-  static int32_t Bit(int32_t Row) { return Row & (BlockRows - 1); }
-  static constexpr int32_t RowShift = 4;
-  static_assert(BlockRows == 1 << RowShift);
-
-  TBlocks FBlocks;
-  size_t FCount = 0;
-};
+// The sheet's cells by (column, row).
+using TCellMap = TCellBlockMap<TCellKey, TStoredCell>;
 
 }  // namespace Tabrino

@@ -43,16 +43,16 @@ void TWorksheet::SetCell(const TCellAddress& Address, const TCell& Cell) {
   const TStoredCell* Stored = FOnChange ? FindCell(Address.Col, Address.Row) : nullptr;
   if (Stored) Stored->CopyTo(*Old.emplace(*this, FSpareOld));
   if (Cell.IsEmpty()) {
-    FCells.Erase(Address.Col, Address.Row);
+    FCells.Erase(TCellKey{Address.Col, Address.Row});
   } else {
-    FCells.Set(Address.Col, Address.Row, TStoredCell::FromCell(Cell));
+    FCells[TCellKey{Address.Col, Address.Row}] = TStoredCell::FromCell(Cell);
   }
   UpdateUsedBounds(Address);
   if (FOnChange) FireChange(Address, Old ? **Old : NoCell, Cell);
 }
 
 void TWorksheet::SetCachedResult(int32_t Col, int32_t Row, const TCellValue& Value) {
-  TStoredCell* Stored = FCells.FindMutable(Col, Row);
+  TStoredCell* Stored = FCells.Find(TCellKey{Col, Row});
   if (!Stored || Stored->Kind() != cvkFormula) return;
   // Updated where it lies: a recalculation writes every formula's cache, and
   // rebuilding each record would cost an allocation per formula.

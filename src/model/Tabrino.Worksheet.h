@@ -54,9 +54,9 @@ class TWorksheet {
 
   TCell GetCell(const TCellAddress& Address) const { return GetCellAt(Address.Col, Address.Row); }
   TCell GetCellAt(int32_t Col, int32_t Row) const;
-  bool HasCell(const TCellAddress& Address) const { return FCells.Contains(Address.Col, Address.Row); }
+  bool HasCell(const TCellAddress& Address) const { return FCells.Contains(TCellKey{Address.Col, Address.Row}); }
   // Read access without copying the cell: nullptr when the cell is absent.
-  const TStoredCell* FindCell(int32_t Col, int32_t Row) const { return FCells.Find(Col, Row); }
+  const TStoredCell* FindCell(int32_t Col, int32_t Row) const { return FCells.Find(TCellKey{Col, Row}); }
 
   // The single write path: store (or remove when empty), raise the used
   // bounds, then fire FOnChange with the old and new cell.

@@ -22,9 +22,9 @@ std::vector<std::pair<int32_t, int32_t>> Keys(const TCellMap& Map) {
   return Out;
 }
 
-// The map against an ordinary ordered map under a random mix of writes and
+// The blocked map against an ordinary ordered map under a random mix of writes and
 // removals, with rows across block edges, zero and negative rows included.
-TEST(CellMap, AgreesWithAnOrderedMapUnderRandomEdits) {
+TEST(CellBlockMap, AgreesWithAnOrderedMapUnderRandomEdits) {
   TCellMap Map;
   std::map<std::pair<int32_t, int32_t>, double> Model;
   std::mt19937 Random(3);
@@ -32,9 +32,9 @@ TEST(CellMap, AgreesWithAnOrderedMapUnderRandomEdits) {
   for (int Step = 0; Step < 20000; ++Step) {
     const int32_t C = Col(Random), R = Row(Random);
     if (Op(Random) == 0) {
-      EXPECT_EQ(Map.Erase(C, R), Model.erase({C, R}) == 1);
+      EXPECT_EQ(Map.Erase({C, R}), Model.erase({C, R}) == 1);
     } else {
-      Map.Set(C, R, Number(Step));
+      Map[{C, R}] = Number(Step);
       Model[{C, R}] = Step;
     }
   }
@@ -42,22 +42,22 @@ TEST(CellMap, AgreesWithAnOrderedMapUnderRandomEdits) {
   std::vector<std::pair<int32_t, int32_t>> Expected;
   for (const auto& [Key, Value] : Model) {
     Expected.push_back(Key);
-    const TStoredCell* Cell = Map.Find(Key.first, Key.second);
+    const TStoredCell* Cell = Map.Find({Key.first, Key.second});
     ASSERT_NE(Cell, nullptr);
     EXPECT_EQ(Cell->Number(), Value);
   }
   EXPECT_EQ(Keys(Map), Expected) << "iteration visits every cell exactly once";
-  EXPECT_EQ(Map.Find(5, 1), nullptr);
+  EXPECT_EQ(Map.Find({5, 1}), nullptr);
 }
 
-TEST(CellMap, ReplacingKeepsTheCountAndClearEmpties) {
+TEST(CellBlockMap, ReplacingKeepsTheCountAndClearEmpties) {
   TCellMap Map;
-  Map.Set(1, 16, Number(1));
-  Map.Set(1, 16, Number(2));
-  Map.Set(1, 15, Number(3));
+  Map[{1, 16}] = Number(1);
+  Map[{1, 16}] = Number(2);
+  Map[{1, 15}] = Number(3);
   EXPECT_EQ(Map.size(), 2u);
-  EXPECT_EQ(Map.Find(1, 16)->Number(), 2);
-  EXPECT_FALSE(Map.Erase(1, 17));
+  EXPECT_EQ(Map.Find({1, 16})->Number(), 2);
+  EXPECT_FALSE(Map.Erase({1, 17}));
   Map.clear();
   EXPECT_EQ(Map.size(), 0u);
   EXPECT_EQ(Map.begin(), Map.end());
