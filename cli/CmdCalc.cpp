@@ -8,8 +8,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "Commands.h"
 #include "Tabrino.Formula.Evaluator.h"
@@ -44,34 +42,17 @@ class TStopwatch {
   std::chrono::steady_clock::time_point FStart = std::chrono::steady_clock::now();
 };
 
-// CSV carries formulas as plain text; this turns every "=..." text back into
-// one. An empty field becomes a blank cell, as a user typing the sheet would
-// leave it, so that it does not stand in the way of a spilling formula.
-void TextToFormulas(Tabrino::TWorkbook& Book) {
+// CSV carries formulas as plain text: with --formulas each field is read as
+// if typed into its cell, so that "=..." is a formula and an empty field
+// leaves the cell blank (and free for a spilling formula).
+void Load(Tabrino::TWorkbook& Book, const TCalcOptions& Options) {
   using namespace Tabrino;
-  for (const auto& Sheet : Book.FSheets) {
-    // Nothing listens yet but the workbook's modified flag, set once below:
-    // a change event per converted cell would only copy cells.
-    const TWorksheetChangeEvent Listener = std::exchange(Sheet->FOnChange, nullptr);
-    std::vector<TCellAddress> Formulas, Blanks;
-    for (const auto& [Key, Cell] : Sheet->FCells) {
-      if (Cell.Kind() != cvkText) continue;
-      if (Cell.Text().empty())
-        Blanks.push_back({Key.Col, Key.Row});
-      else if (Cell.Text().size() > 1 && Cell.Text().front() == '=')
-        Formulas.push_back({Key.Col, Key.Row});
-    }
-    TCell Cell;  // reused: its buffers serve every conversion
-    for (const TCellAddress& Address : Formulas) {
-      Sheet->FindCell(Address.Col, Address.Row)->CopyTo(Cell);
-      std::swap(Cell.Value.Formula, Cell.Value.Text);
-      Cell.Value.Kind = cvkFormula;
-      Sheet->SetCell(Address, Cell);
-    }
-    for (const TCellAddress& Address : Blanks) Sheet->ClearCell(Address);
-    Sheet->FOnChange = Listener;
+  if (!Options.Formulas) {
+    LoadWorkbook(Book, Options.Input);
+    return;
   }
-  Book.MarkModified();
+  if (FileFormatFromExtension(Options.Input) != ffCsv) throw UsageError("--formulas applies to CSV input only");
+  TCsvIO::LoadFromFile(Book, Options.Input, {}, TCsvImportOptions{.AsTyped = true});
 }
 
 const Tabrino::TWorksheet& ChosenSheet(const Tabrino::TWorkbook& Book, const std::string& Name) {
@@ -113,8 +94,7 @@ void Calc(const TCalcOptions& Options) {
   try {
     TStopwatch Watch;
     TWorkbook Book;
-    LoadWorkbook(Book, Options.Input);
-    if (Options.Formulas) TextToFormulas(Book);
+    Load(Book, Options);
     const TWorksheet& Sheet = ChosenSheet(Book, Options.Sheet);
     const double LoadMs = Watch.Lap();
 
@@ -147,7 +127,7 @@ void AddCalcCommand(CLI::App& App) {
   CLI::App* Command = App.add_subcommand("calc", "Recalculate a workbook and print a range as CSV, or save it");
   Command->add_option("file", Options->Input, "Workbook to read")->required();
   Command->add_flag("--formulas", Options->Formulas,
-                    "Treat every text cell starting with \"=\" as a formula, and empty fields as blank cells");
+                    "Read CSV fields as typed: \"=...\" becomes a formula, an empty field a blank cell");
   Command->add_option("--sheet", Options->Sheet, "Sheet to print (default: the active one)");
   Command->add_option("--range", Options->Range, "Range to print, e.g. A1:D20 (default: the used range)");
   Command->add_flag("--raw", Options->Raw, "Print plain values instead of formatted display texts");

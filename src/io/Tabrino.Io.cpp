@@ -21,6 +21,9 @@ struct TFormatEntry {
   void (*Export)(const TWorkbook&, const std::string&);
 };
 
+void CsvLoad(TWorkbook& W, const std::string& F, const TIoProgressProc& P) {
+  TCsvIO::LoadFromFile(W, F, P);
+}
 void CsvSave(TWorkbook& W, const std::string& F) {
   TCsvIO::SaveToFile(W, F, W.FActiveSheetIndex);
 }
@@ -29,7 +32,7 @@ void CsvExport(const TWorkbook& W, const std::string& F) {
 }
 
 constexpr TFormatEntry Formats[] = {
-    {ffCsv, &TCsvIO::LoadFromFile, &CsvSave, &CsvExport},
+    {ffCsv, &CsvLoad, &CsvSave, &CsvExport},
 };
 
 std::string ExtensionForMessage(const std::string& AFileName, TTabrinoFileFormat AFormat) {

@@ -15,9 +15,9 @@ namespace {
 
 const std::string Bom = "\xEF\xBB\xBF";
 
-void Import(TWorkbook& Book, const std::string& Bytes, int32_t Sheet = 0) {
+void Import(TWorkbook& Book, const std::string& Bytes, int32_t Sheet = 0, const TCsvImportOptions& Options = {}) {
   std::istringstream Stream(Bytes);
-  TCsvIO::ImportSheet(Book, Stream, Sheet);
+  TCsvIO::ImportSheet(Book, Stream, Sheet, {}, Options);
 }
 
 std::string Export(const TWorkbook& Book, int32_t Sheet = 0) {
@@ -35,6 +35,24 @@ void Put(TWorksheet& Sheet, const char* A1, const TCellValue& Value) {
 }
 
 }  // namespace
+
+TEST(CsvImport, AsTypedMakesFormulasAndLeavesEmptyFieldsBlank) {
+  TWorkbook Book;
+  Import(Book, "=A2*2,,=\n3,x,\n", 0, TCsvImportOptions{.AsTyped = true});
+  const TWorksheet& Sheet = *Book.GetSheet(0);
+  EXPECT_EQ(ValueAt(Book, 1, 1), TCellValue::FromFormula("=A2*2"));
+  EXPECT_FALSE(Sheet.HasCell({2, 1})) << "an empty field leaves no cell";
+  EXPECT_EQ(ValueAt(Book, 3, 1), TCellValue::FromText("=")) << "a lone = is no formula";
+  EXPECT_EQ(ValueAt(Book, 1, 2), TCellValue::FromNumber(3));
+  EXPECT_EQ(ValueAt(Book, 2, 2), TCellValue::FromText("x"));
+  EXPECT_EQ(Sheet.FUsedMaxCol, 3) << "the extent still takes in empty fields";
+  EXPECT_EQ(Sheet.CellCount(), 4u);
+
+  TWorkbook Plain;
+  Import(Plain, "=A2*2,,=\n");
+  EXPECT_EQ(ValueAt(Plain, 1, 1), TCellValue::FromText("=A2*2")) << "by default formulas stay text";
+  EXPECT_EQ(ValueAt(Plain, 2, 1), TCellValue::FromText(""));
+}
 
 TEST(CsvImport, NumbersByLocaleEverythingElseText) {
   TWorkbook Book;

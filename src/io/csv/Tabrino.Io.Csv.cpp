@@ -165,7 +165,7 @@ std::string TCsvIO::SanitizeFileNamePart(std::string_view AValue) {
 }
 
 void TCsvIO::ImportSheet(TWorkbook& AWorkbook, std::istream& AStream, int32_t ASheetIndex,
-                         const TIoProgressProc& AProgress) {
+                         const TIoProgressProc& AProgress, const TCsvImportOptions& AOptions) {
   if (AWorkbook.SheetCount() == 0) AWorkbook.AddSheet("Sheet1");
   TWorksheet* Sheet = AWorkbook.GetSheet(ASheetIndex);
   if (!Sheet) return;
@@ -183,12 +183,21 @@ void TCsvIO::ImportSheet(TWorkbook& AWorkbook, std::istream& AStream, int32_t AS
     ++Row;
     ForEachField(Line, ",", Scratch, [&](int32_t Index, std::string_view Field) {
       TCellValue& Value = Cell.Value;
+      Value.Number = 0;
+      Value.Text.clear();
+      Value.Formula.clear();
+      if (AOptions.AsTyped && Field.empty()) {
+        // No cell, but the sheet's extent still takes in the field.
+        Sheet->UpdateUsedBounds(TCellAddress{Index + 1, Row});
+        return;
+      }
       if (TryTextToFloat(Field, Value.Number)) {
         Value.Kind = cvkNumber;
-        Value.Text.clear();
+      } else if (AOptions.AsTyped && Field.size() > 1 && Field.front() == '=') {
+        Value.Kind = cvkFormula;
+        Value.Formula.assign(Field);
       } else {
         Value.Kind = cvkText;
-        Value.Number = 0;
         Value.Text.assign(Field);
       }
       Sheet->SetCell(TCellAddress{Index + 1, Row}, Cell);
@@ -256,11 +265,12 @@ void TCsvIO::ExportWithOptions(const TWorkbook& AWorkbook, const std::string& AF
   }
 }
 
-void TCsvIO::LoadFromFile(TWorkbook& AWorkbook, const std::string& AFileName, const TIoProgressProc& AProgress) {
+void TCsvIO::LoadFromFile(TWorkbook& AWorkbook, const std::string& AFileName, const TIoProgressProc& AProgress,
+                          const TCsvImportOptions& AOptions) {
   std::unique_ptr<std::istream> Stream;
   bool UsedCopy = false;
   OpenSharedReadStream(AFileName, Stream, UsedCopy);
-  ImportSheet(AWorkbook, *Stream, 0, AProgress);
+  ImportSheet(AWorkbook, *Stream, 0, AProgress, AOptions);
 }
 
 void TCsvIO::SaveToFile(TWorkbook& AWorkbook, const std::string& AFileName, int32_t AActiveSheetIndex) {

@@ -42,6 +42,15 @@ struct TCsvExportOptions {
   static TCsvExportOptions Default() { return {}; }
 };
 
+// How fields become cells on import.
+struct TCsvImportOptions {
+  // Off, as the format has it: a field is a number or text, "=..." included,
+  // and an empty field is an empty text. On, each field becomes what typing
+  // it into its cell would make: "=..." a formula, an empty field no cell at
+  // all. For sheets whose formulas were kept as text.
+  bool AsTyped = false;
+};
+
 // The CSV format: class-level operations only.
 class TCsvIO {
  public:
@@ -60,7 +69,7 @@ class TCsvIO {
   // Always comma-separated; a field that reads as a number in the current
   // locale becomes one, everything else text, formulas included.
   static void ImportSheet(TWorkbook& AWorkbook, std::istream& AStream, int32_t ASheetIndex,
-                          const TIoProgressProc& AProgress = {});
+                          const TIoProgressProc& AProgress = {}, const TCsvImportOptions& AOptions = {});
   // The used range of the sheet with the default options.
   static void ExportSheet(const TWorkbook& AWorkbook, std::ostream& AStream, int32_t ASheetIndex);
   // Display texts, as the user sees them, with CR LF line ends.
@@ -73,7 +82,8 @@ class TCsvIO {
                                 const TCsvExportOptions& AOptions, int32_t AActiveSheetIndex);
 
   // Imports into sheet 0; the modified flag is left as the import sets it.
-  static void LoadFromFile(TWorkbook& AWorkbook, const std::string& AFileName, const TIoProgressProc& AProgress = {});
+  static void LoadFromFile(TWorkbook& AWorkbook, const std::string& AFileName, const TIoProgressProc& AProgress = {},
+                           const TCsvImportOptions& AOptions = {});
   // Exports with the default options, then clears the modified flag.
   static void SaveToFile(TWorkbook& AWorkbook, const std::string& AFileName, int32_t AActiveSheetIndex);
 };
