@@ -82,6 +82,14 @@ double SystemClockSerial() {
 }
 
 std::string CanonicalFunctionName(std::string_view Name) {
+  // Names from the tokenizer are upper-cased already and hold no blank or
+  // "$": without a prefix they are canonical as they stand. This runs for
+  // every function call of every evaluation.
+  const bool AsItStands = !Name.empty() && Name.front() != '_' && !StartsWith(Name, "COM.") &&
+                          std::none_of(Name.begin(), Name.end(), [](char C) {
+                            return C == '$' || (C >= 'a' && C <= 'z') || static_cast<unsigned char>(C) <= ' ';
+                          });
+  if (AsItStands) return std::string(Name);
   std::string Upper = UpperAscii(ReplaceAll(TrimBlanks(Name), "$", ""));
   for (std::string_view Prefix : {"_XLFN._XLWS.", "_XLFN.", "_XLPM.", "COM.MICROSOFT."}) {
     if (StartsWith(Upper, Prefix)) return Upper.substr(Prefix.size());

@@ -183,11 +183,20 @@ namespace {
 // The flags of one corner ("$A1", "B$2", "C", "7"): a column-only corner
 // spans every row, a row-only corner every column, so those never move.
 uint8_t CornerFlags(std::string_view Corner) {
-  const size_t FirstDigit = Corner.find_first_of("0123456789");
-  const bool HasLetter = Corner.find_first_not_of("$0123456789") != std::string_view::npos;
-  const bool HasDigit = FirstDigit != std::string_view::npos;
+  // One pass: every formula's shape key asks this of each reference.
+  bool HasLetter = false, HasDigit = false, DollarBeforeDigits = false;
+  char Before = '\0';
+  for (char C : Corner) {
+    if (C >= '0' && C <= '9') {
+      if (!HasDigit) DollarBeforeDigits = Before == '$';
+      HasDigit = true;
+    } else if (C != '$') {
+      HasLetter = true;
+    }
+    Before = C;
+  }
   const bool ColAbs = !HasLetter || (!Corner.empty() && Corner.front() == '$');
-  const bool RowAbs = !HasDigit || (FirstDigit > 0 && Corner[FirstDigit - 1] == '$');
+  const bool RowAbs = !HasDigit || DollarBeforeDigits;
   return uint8_t((ColAbs ? rfColAbs : 0) | (RowAbs ? rfRowAbs : 0));
 }
 
