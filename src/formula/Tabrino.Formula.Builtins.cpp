@@ -48,10 +48,10 @@ TCellValue TFormulaArg::CellAt(int32_t Row, int32_t Col) const {
 
 bool IsDynamicArraySpillFunction(std::string_view Name) {
   static constexpr std::string_view Names[] = {
-      "FILTER",    "SEQUENCE",   "UNIQUE",     "SORT",       "SORTBY",     "TRANSPOSE",    "HSTACK",
-      "VSTACK",    "TOROW",      "TOCOL",      "TAKE",       "DROP",       "EXPAND",       "CHOOSEROWS",
-      "CHOOSECOLS", "RANDARRAY", "WRAPROWS",   "WRAPCOLS",   "GROUPBY",    "PIVOTBY",      "STOCKHISTORY",
-      "FILTERXML", "IMPORTHTML", "IMPORTDATA", "IMPORTXML",  "IMPORTFEED", "GOOGLEFINANCE", "IMPORTRANGE",
+      "FILTER",          "SEQUENCE",   "UNIQUE",     "SORT",      "SORTBY",     "TRANSPOSE",     "HSTACK",
+      "VSTACK",          "TOROW",      "TOCOL",      "TAKE",      "DROP",       "EXPAND",        "CHOOSEROWS",
+      "CHOOSECOLS",      "RANDARRAY",  "WRAPROWS",   "WRAPCOLS",  "GROUPBY",    "PIVOTBY",       "STOCKHISTORY",
+      "FILTERXML",       "IMPORTHTML", "IMPORTDATA", "IMPORTXML", "IMPORTFEED", "GOOGLEFINANCE", "IMPORTRANGE",
       "ARRAY_CONSTRAIN", "QUERY"};
   const std::string Canonical = CanonicalFunctionName(Name);
   return std::find(std::begin(Names), std::end(Names), Canonical) != std::end(Names);

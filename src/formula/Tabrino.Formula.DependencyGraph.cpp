@@ -463,7 +463,9 @@ class TFormulaPlaces {
 // Ranges up to this many cells are looked up cell by cell.
 constexpr int64_t SmallRangeCells = 64;
 
-int64_t CellCount(const TCellRange& R) { return int64_t(R.EndCol - R.StartCol + 1) * int64_t(R.EndRow - R.StartRow + 1); }
+int64_t CellCount(const TCellRange& R) {
+  return int64_t(R.EndCol - R.StartCol + 1) * int64_t(R.EndRow - R.StartRow + 1);
+}
 
 }  // namespace
 
@@ -474,7 +476,8 @@ void TFormulaDependencyGraph::OrderAll(std::vector<TSheetCellKey>& CycleList, st
   TFormulaPlaces Places;
   bool LargeRanges = false;
   for (const TFormulaNode& Node : FNodes)
-    for (const TSheetRangeKey& Range : Node.Deps.Ranges) LargeRanges = LargeRanges || CellCount(Range.Range) > SmallRangeCells;
+    for (const TSheetRangeKey& Range : Node.Deps.Ranges)
+      LargeRanges = LargeRanges || CellCount(Range.Range) > SmallRangeCells;
   if (LargeRanges) {
     for (uint32_t Id = 0; Id < FNodes.size(); ++Id)
       if (FNodes[Id].Live) Places.Add(FNodes[Id].Key, Id);

@@ -38,8 +38,9 @@ std::vector<TSheetCellKey> BlockFormulaCells(const TWorksheet& Sheet, int32_t Sh
   ForEachStoredCellIn(Sheet, Block, [&](int32_t Col, int32_t Row, const TStoredCell& Cell) {
     if (Cell.Kind() == cvkFormula) Cells.push_back({SheetIndex, Col, Row});
   });
-  std::sort(Cells.begin(), Cells.end(),
-            [](const TSheetCellKey& A, const TSheetCellKey& B) { return A.Row < B.Row || (A.Row == B.Row && A.Col < B.Col); });
+  std::sort(Cells.begin(), Cells.end(), [](const TSheetCellKey& A, const TSheetCellKey& B) {
+    return A.Row < B.Row || (A.Row == B.Row && A.Col < B.Col);
+  });
   return Cells;
 }
 

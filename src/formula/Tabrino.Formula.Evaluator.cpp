@@ -21,7 +21,9 @@ bool IsComparison(std::string_view Op) {
   return Op == "=" || Op == "<>" || Op == "<" || Op == ">" || Op == "<=" || Op == ">=";
 }
 
-TCellRange Ordered(int32_t C1, int32_t R1, int32_t C2, int32_t R2) { return TCellRange{C1, R1, C2, R2}.Normalize(); }
+TCellRange Ordered(int32_t C1, int32_t R1, int32_t C2, int32_t R2) {
+  return TCellRange{C1, R1, C2, R2}.Normalize();
+}
 
 // The one rule of implicit intersection: a single cell is itself; a column
 // meets the anchor's row, a row the anchor's column, a block both.
@@ -193,9 +195,8 @@ TWorksheet* TFormulaEvaluator::ResolveSheet(int32_t SheetIndex, std::string_view
   return FWorkbook->GetSheet(ResolveSheetIndex(SheetIndex, Name));
 }
 
-bool TFormulaEvaluator::ResolveTableColumn(int32_t SheetIndex, std::string_view TableName,
-                                           std::string_view ColumnName, int32_t& TableSheetIndex,
-                                           TCellRange& Range) const {
+bool TFormulaEvaluator::ResolveTableColumn(int32_t SheetIndex, std::string_view TableName, std::string_view ColumnName,
+                                           int32_t& TableSheetIndex, TCellRange& Range) const {
   const std::string TableKey = std::string(TrimBlanks(TableName));
   const std::string ColumnKey(TrimBlanks(ColumnName));
   TableSheetIndex = -1;
@@ -253,7 +254,8 @@ TFormulaArg TFormulaEvaluator::ReadRange(int32_t SheetIndex, TCellRange Range, b
   std::vector<TCellValue> Cells;
   Cells.reserve(static_cast<size_t>(Rows * Cols));
   for (int32_t Row = Range.StartRow; Row <= Range.EndRow; ++Row)
-    for (int32_t Col = Range.StartCol; Col <= Range.EndCol; ++Col) Cells.push_back(GetRawCellValue(SheetIndex, Col, Row));
+    for (int32_t Col = Range.StartCol; Col <= Range.EndCol; ++Col)
+      Cells.push_back(GetRawCellValue(SheetIndex, Col, Row));
   TFormulaArg Arg = TFormulaArg::FromRange(std::move(Cells), int32_t(Rows), int32_t(Cols));
   Arg.HasOrigin = true;
   Arg.OriginCol = Range.StartCol;
@@ -319,8 +321,8 @@ TFormulaArg TFormulaEvaluator::EvalOffsetRef(std::span<const TFormulaArg> Args, 
   if (Top < 1 || Left < 1 || Left + Width - 1 > MaxCol || Top + Height - 1 > MaxRow)
     return TFormulaArg::FromError(ceRef);
   // The base's sheet is ignored on purpose: OFFSET reads the formula's sheet.
-  return ReadRange(SheetIndex, TCellRange{int32_t(Left), int32_t(Top), int32_t(Left + Width - 1), int32_t(Top + Height - 1)},
-                   false);
+  return ReadRange(
+      SheetIndex, TCellRange{int32_t(Left), int32_t(Top), int32_t(Left + Width - 1), int32_t(Top + Height - 1)}, false);
 }
 
 // ---- walkers ------------------------------------------------------------------
@@ -416,9 +418,12 @@ bool TFormulaEvaluator::TryEvalSpecialForm(const std::string& Name, const TAstNo
   if ((Name == "IF" || Name == "IFERROR" || Name == "IFNA") && N >= 2) {
     TCellValue First = EvalToScalar(A[0].get(), SheetIndex);
     if (Name == "IF") {
-      if (First.Kind == cvkError) Result = First;
-      else if (ValueIsTruthy(First)) Result = EvalToScalar(A[1].get(), SheetIndex);
-      else Result = N > 2 ? EvalToScalar(A[2].get(), SheetIndex) : TCellValue::FromBoolean(false);
+      if (First.Kind == cvkError)
+        Result = First;
+      else if (ValueIsTruthy(First))
+        Result = EvalToScalar(A[1].get(), SheetIndex);
+      else
+        Result = N > 2 ? EvalToScalar(A[2].get(), SheetIndex) : TCellValue::FromBoolean(false);
     } else {
       bool Caught = First.Kind == cvkError && (Name == "IFERROR" || First.ErrorCode == ceNA);
       Result = Caught ? EvalToScalar(A[1].get(), SheetIndex) : First;
@@ -458,8 +463,8 @@ bool TFormulaEvaluator::TryEvalSpecialForm(const std::string& Name, const TAstNo
     } else if (A[0]->Kind == ankCellRef || A[0]->Kind == ankSheetRef) {
       Value = IsRow ? RefRow(A[0].get()) : RefCol(A[0].get());
     } else if (A[0]->Kind == ankRange) {
-      Value = IsRow ? std::min(RefRow(A[0].get()), RefRow2(A[0].get()))
-                    : std::min(RefCol(A[0].get()), RefCol2(A[0].get()));
+      Value =
+          IsRow ? std::min(RefRow(A[0].get()), RefRow2(A[0].get())) : std::min(RefCol(A[0].get()), RefCol2(A[0].get()));
     }
     Result = TCellValue::FromNumber(Value);
     return true;
@@ -490,7 +495,8 @@ TFormulaArg TFormulaEvaluator::EvalNodeArg(const TAstNode* Node, int32_t SheetIn
   if (!Node) return TFormulaArg::FromScalar({});
   switch (Node->Kind) {
     case ankUnary:
-      if (Node->Op == "@") return TFormulaArg::FromScalar(ImplicitIntersectArg(EvalNodeArg(Node->Left.get(), SheetIndex)));
+      if (Node->Op == "@")
+        return TFormulaArg::FromScalar(ImplicitIntersectArg(EvalNodeArg(Node->Left.get(), SheetIndex)));
       if (Node->Op == "+") return EvalNodeArg(Node->Left.get(), SheetIndex);
       if (Node->Op == "-") return NegateArg(EvalNodeArg(Node->Left.get(), SheetIndex));
       return TFormulaArg::FromScalar(EvalNode(Node, SheetIndex));

@@ -178,12 +178,8 @@ TFormulaParser::TSubtree TFormulaParser::ParsePrimary() {
   }
 }
 
-namespace {
-
-// The flags of one corner ("$A1", "B$2", "C", "7"): a column-only corner
-// spans every row, a row-only corner every column, so those never move.
-uint8_t CornerFlags(std::string_view Corner) {
-  // One pass: every formula's shape key asks this of each reference.
+uint8_t CornerAbsoluteFlags(std::string_view Corner) {
+  // One pass, no searches: every shape key asks this of each reference.
   bool HasLetter = false, HasDigit = false, DollarBeforeDigits = false;
   char Before = '\0';
   for (char C : Corner) {
@@ -200,13 +196,11 @@ uint8_t CornerFlags(std::string_view Corner) {
   return uint8_t((ColAbs ? rfColAbs : 0) | (RowAbs ? rfRowAbs : 0));
 }
 
-}  // namespace
-
 uint8_t ReferenceAbsoluteFlags(std::string_view RefText) {
   if (size_t Bang = RefText.rfind('!'); Bang != std::string_view::npos) RefText.remove_prefix(Bang + 1);
   const size_t Colon = RefText.find(':');
-  if (Colon == std::string_view::npos) return CornerFlags(RefText);
-  return uint8_t(CornerFlags(RefText.substr(0, Colon)) | (CornerFlags(RefText.substr(Colon + 1)) << 2));
+  if (Colon == std::string_view::npos) return CornerAbsoluteFlags(RefText);
+  return uint8_t(CornerAbsoluteFlags(RefText.substr(0, Colon)) | (CornerAbsoluteFlags(RefText.substr(Colon + 1)) << 2));
 }
 
 TFormulaParser::TSubtree TFormulaParser::ParseLiteralOrReference() {

@@ -49,6 +49,9 @@ std::string_view AstNodeKindName(TAstNodeKind Kind);
 enum TRefFlag : uint8_t { rfColAbs = 1, rfRowAbs = 2, rfCol2Abs = 4, rfRow2Abs = 8 };
 // The TRefFlag bits of a reference token's text ("Sheet1!$A1:B$2", "A:A", "3:5").
 uint8_t ReferenceAbsoluteFlags(std::string_view RefText);
+// rfColAbs and rfRowAbs of one corner ("$A1", "B$2", "C", "7"): a column-only
+// corner spans every row, a row-only corner every column, so those never move.
+uint8_t CornerAbsoluteFlags(std::string_view Corner);
 
 // One node shape for every kind; which fields mean something depends on Kind.
 // Trees are immutable once parsed, so they may be shared by readers.

@@ -47,10 +47,18 @@ constexpr char QuickKeyMark = '\xFF';
 constexpr char CellMark = '\xFE';
 constexpr char RangeMark = '\xFD';
 
-bool IsDigit(char C) { return C >= '0' && C <= '9'; }
-bool IsLetter(char C) { return (C >= 'A' && C <= 'Z') || (C >= 'a' && C <= 'z'); }
-bool IsWordChar(char C) { return C == '$' || C == '_' || IsDigit(C) || IsLetter(C); }
-bool IsRefChar(char C) { return C == '$' || IsDigit(C) || IsLetter(C); }
+bool IsDigit(char C) {
+  return C >= '0' && C <= '9';
+}
+bool IsLetter(char C) {
+  return (C >= 'A' && C <= 'Z') || (C >= 'a' && C <= 'z');
+}
+bool IsWordChar(char C) {
+  return C == '$' || C == '_' || IsDigit(C) || IsLetter(C);
+}
+bool IsRefChar(char C) {
+  return C == '$' || IsDigit(C) || IsLetter(C);
+}
 
 class TQuickKeyScan {
  public:
@@ -109,7 +117,7 @@ class TQuickKeyScan {
       const std::string_view Second = ReadRun(SecondEnd, IsRefChar);
       int32_t Col2, Row2;
       if (!TFormulaTokenizer::ParseCellRefText(Second, Col2, Row2)) return false;
-      const uint8_t Flags = ReferenceAbsoluteFlags(First) | uint8_t(ReferenceAbsoluteFlags(Second) << 2);
+      const uint8_t Flags = CornerAbsoluteFlags(First) | uint8_t(CornerAbsoluteFlags(Second) << 2);
       FKey += RangeMark;
       FKey += char(Flags);
       AppendCorner(Col, Row, Flags & rfColAbs, Flags & rfRowAbs);
@@ -117,7 +125,7 @@ class TQuickKeyScan {
       FPos = SecondEnd;
       return true;
     }
-    const uint8_t Flags = ReferenceAbsoluteFlags(First);
+    const uint8_t Flags = CornerAbsoluteFlags(First);
     FKey += CellMark;
     FKey += char(Flags);
     AppendCorner(Col, Row, Flags & rfColAbs, Flags & rfRowAbs);

@@ -102,8 +102,7 @@ class TCellBlockMap {
 
    private:
     friend class TCellBlockMap;
-    TIterator(typename TBlocks::const_iterator Block, typename TBlocks::const_iterator End)
-        : FBlock(Block), FEnd(End) {
+    TIterator(typename TBlocks::const_iterator Block, typename TBlocks::const_iterator End) : FBlock(Block), FEnd(End) {
       Advance(0);
     }
     // Moves to the first entry at or after bit From of the current block.

@@ -1,5 +1,7 @@
 #include "Tabrino.CellStore.h"
 
+#include <cstring>
+#include <new>
 #include <utility>
 
 namespace Tabrino {
@@ -8,15 +10,31 @@ struct TStoredCell::TRecord {
   TCell Cell;
 };
 
-// A formula with only a style: the common case, a fraction of a full record.
+// A formula with only a style: the common case, a fraction of a full
+// record. Its text follows the record in the same allocation, so that a
+// formula costs one allocation and its text is read from memory next to its
+// cached result.
 struct TStoredCell::TFormulaRecord {
-  std::string Formula;
   TCellValue Cached;
   bool HasCached;
   // A cache of the evaluator's, valid for the cell it was kept at.
   mutable TSharedTree Tree;
   mutable int32_t TreeCol = 0;
   mutable int32_t TreeRow = 0;
+  uint32_t Length = 0;
+
+  std::string_view Text() const { return {reinterpret_cast<const char*>(this + 1), Length}; }
+
+  static TFormulaRecord* Make(std::string_view Formula, const TCellValue& Cached, bool HasCached) {
+    void* Memory = ::operator new(sizeof(TFormulaRecord) + Formula.size());
+    auto* Record = new (Memory) TFormulaRecord{Cached, HasCached, {}, 0, 0, static_cast<uint32_t>(Formula.size())};
+    std::memcpy(Record + 1, Formula.data(), Formula.size());
+    return Record;
+  }
+  static void Destroy(TFormulaRecord* Record) {
+    Record->~TFormulaRecord();
+    ::operator delete(Record);
+  }
 };
 
 TStoredCell TStoredCell::FromCell(const TCell& Cell) {
@@ -29,14 +47,12 @@ TStoredCell TStoredCell::FromCell(const TCell& Cell) {
                             V.ErrorCode == ceNone && (V.Formula.empty() || V.Formula.front() == '=');
   if (Styled && PlainFormula) {
     S.SetLayout(lyFormula, Cell.StyleIndex);
-    S.SetPayload(new TFormulaRecord{Cell.Value.Formula, Cell.CachedValue, Cell.HasCachedValue, {}, 0, 0});
+    S.SetPayload(TFormulaRecord::Make(Cell.Value.Formula, Cell.CachedValue, Cell.HasCachedValue));
     return S;
   }
   if (Styled && !Cell.HasCachedValue) {
     switch (Cell.Value.Kind) {
-      case cvkEmpty:
-        S.SetLayout(lyStyleOnly, Cell.StyleIndex);
-        return S;
+      case cvkEmpty: S.SetLayout(lyStyleOnly, Cell.StyleIndex); return S;
       case cvkNumber:
         S.SetLayout(lyNumber, Cell.StyleIndex);
         S.SetPayload(Cell.Value.Number);
@@ -53,8 +69,7 @@ TStoredCell TStoredCell::FromCell(const TCell& Cell) {
         S.SetLayout(lyText, Cell.StyleIndex);
         S.SetPayload(new std::string(Cell.Value.Text));
         return S;
-      case cvkFormula:
-        break;
+      case cvkFormula: break;
     }
   }
   S.SetLayout(lyRecord, 0);
@@ -79,7 +94,7 @@ TStoredCell& TStoredCell::operator=(TStoredCell&& Other) noexcept {
 
 void TStoredCell::Release() {
   if (Layout() == lyText) delete Payload<std::string*>();
-  if (Layout() == lyFormula) delete Payload<TFormulaRecord*>();
+  if (Layout() == lyFormula) TFormulaRecord::Destroy(Payload<TFormulaRecord*>());
   if (Layout() == lyRecord) delete Payload<TRecord*>();
   FStyleAndLayout = 0;
 }
@@ -116,10 +131,9 @@ const std::string& TStoredCell::Text() const {
   return Layout() == lyRecord ? Record().Cell.Value.Text : *Payload<std::string*>();
 }
 
-const std::string& TStoredCell::Formula() const {
-  static const std::string None;
-  if (Layout() == lyFormula) return FormulaRecord().Formula;
-  return Layout() == lyRecord ? Record().Cell.Value.Formula : None;
+std::string_view TStoredCell::Formula() const {
+  if (Layout() == lyFormula) return FormulaRecord().Text();
+  return Layout() == lyRecord ? std::string_view(Record().Cell.Value.Formula) : std::string_view();
 }
 
 bool TStoredCell::HasCachedValue() const {
@@ -162,9 +176,13 @@ bool TStoredCell::SetCachedResult(const TCellValue& Value) {
   return true;
 }
 
-bool TStoredCell::HasRichText() const { return Layout() == lyRecord && !Record().Cell.RichText.empty(); }
+bool TStoredCell::HasRichText() const {
+  return Layout() == lyRecord && !Record().Cell.RichText.empty();
+}
 
-bool TStoredCell::HasSparkline() const { return Layout() == lyRecord && Record().Cell.Sparkline.Kind != spkNone; }
+bool TStoredCell::HasSparkline() const {
+  return Layout() == lyRecord && Record().Cell.Sparkline.Kind != spkNone;
+}
 
 std::string TStoredCell::RichTextPlain() const {
   return Layout() == lyRecord ? Record().Cell.RichTextPlain() : std::string();
@@ -176,7 +194,7 @@ TCellValue TStoredCell::Value() const {
     case lyBoolean: return TCellValue::FromBoolean(Payload<uint32_t>() != 0);
     case lyError: return TCellValue::FromError(static_cast<TCellErrorCode>(Payload<uint32_t>()));
     case lyText: return TCellValue::FromText(*Payload<std::string*>());
-    case lyFormula: return TCellValue::FromFormula(FormulaRecord().Formula);
+    case lyFormula: return TCellValue::FromFormula(std::string(FormulaRecord().Text()));
     case lyRecord: return Record().Cell.Value;
     default: return TCellValue::Empty();
   }
@@ -195,8 +213,7 @@ void TStoredCell::CopyTo(TCell& Out) const {
     return;
   }
   // A compact cell has nothing but a value, a style and a formula's cache.
-  if (Out.HasFormatOverride || !Out.RichText.empty() || Out.Sparkline.Kind != spkNone ||
-      !Out.Sparkline.Values.empty())
+  if (Out.HasFormatOverride || !Out.RichText.empty() || Out.Sparkline.Kind != spkNone || !Out.Sparkline.Values.empty())
     Out = TCell();
   auto Assign = [](TCellValue& V, TCellValueKind Kind, double Number, bool Boolean, TCellErrorCode Error,
                    std::string_view Text, std::string_view Formula) {
@@ -212,7 +229,7 @@ void TStoredCell::CopyTo(TCell& Out) const {
     case lyBoolean: Assign(Out.Value, cvkBoolean, 0, Payload<uint32_t>() != 0, ceNone, {}, {}); break;
     case lyError: Assign(Out.Value, cvkError, 0, false, Error(), {}, {}); break;
     case lyText: Assign(Out.Value, cvkText, 0, false, ceNone, *Payload<std::string*>(), {}); break;
-    case lyFormula: Assign(Out.Value, cvkFormula, 0, false, ceNone, {}, FormulaRecord().Formula); break;
+    case lyFormula: Assign(Out.Value, cvkFormula, 0, false, ceNone, {}, FormulaRecord().Text()); break;
     default: Assign(Out.Value, cvkEmpty, 0, false, ceNone, {}, {}); break;
   }
   Out.StyleIndex = StyleIndex();

@@ -14,6 +14,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "Tabrino.Cell.h"
 #include "Tabrino.CellBlocks.h"
@@ -46,13 +47,13 @@ class TStoredCell {
   void CopyTo(TCell& Out) const;
   TCellValueKind Kind() const;
   int32_t StyleIndex() const;
-  double Number() const;                 // cvkNumber only
-  bool Boolean() const;                  // cvkBoolean only
-  TCellErrorCode Error() const;          // cvkError only
-  const std::string& Text() const;       // cvkText only
-  const std::string& Formula() const;    // cvkFormula only
+  double Number() const;             // cvkNumber only
+  bool Boolean() const;              // cvkBoolean only
+  TCellErrorCode Error() const;      // cvkError only
+  const std::string& Text() const;   // cvkText only
+  std::string_view Formula() const;  // cvkFormula only
   bool HasCachedValue() const;
-  const TCellValue* CachedValue() const;  // nullptr without a cache
+  const TCellValue* CachedValue() const;      // nullptr without a cache
   const TCellFormat* FormatOverride() const;  // nullptr without one
   // Replaces a formula's cached result where it lies; false when the cell
   // holds no formula. Equivalent to storing the cell again with that cache.

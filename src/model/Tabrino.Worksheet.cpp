@@ -114,7 +114,7 @@ std::string TWorksheet::GetDisplayText(const TCellAddress& Address, const TTabri
   const TCellValueKind Kind = Stored ? Stored->Kind() : cvkEmpty;
   const TCellValue* Spilled = Kind == cvkEmpty ? FSpills.FindValue(Address.Col, Address.Row) : nullptr;
   if (!Stored && !Spilled) return {};
-  if (FShowFormulas && Kind == cvkFormula) return Stored->Formula();
+  if (FShowFormulas && Kind == cvkFormula) return std::string(Stored->Formula());
   if (Stored && Stored->HasRichText()) {
     std::string Runs = Stored->RichTextPlain();
     if (!Runs.empty()) return Runs;
@@ -129,7 +129,7 @@ std::string TWorksheet::GetDisplayText(const TCellAddress& Address, const TTabri
     case cvkNumber: return Formatted(Stored->Value());
     case cvkFormula: {
       const TCellValue* Cached = Stored->CachedValue();
-      return Cached ? Formatted(*Cached) : Stored->Formula();
+      return Cached ? Formatted(*Cached) : std::string(Stored->Formula());
     }
     default: return Stored->Value().ToDisplayString();
   }

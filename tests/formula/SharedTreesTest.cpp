@@ -30,11 +30,11 @@ TEST(TreeShapes, KeysMatchOnlyWhenRelativeOffsetsAndAbsolutesMatch) {
       {"=SUM(A:A)", 2, 1, "=SUM(B:B)", 3, 9, true},
       {"=SUM(1:1)", 2, 5, "=SUM(1:1)", 9, 5, true},
       {"=Sheet2!A1", 2, 1, "=Sheet3!A1", 2, 1, false},
-      {"=\"a\"&A1", 2, 1, "=\"b\"&A2", 2, 2, false},  // literals are part of the shape
-      {"=sum(A1)", 2, 1, "=SUM(A2)", 2, 2, true},     // names are upper-cased tokens
+      {"=\"a\"&A1", 2, 1, "=\"b\"&A2", 2, 2, false},   // literals are part of the shape
+      {"=sum(A1)", 2, 1, "=SUM(A2)", 2, 2, true},      // names are upper-cased tokens
       {"=LOG10(A1)", 2, 1, "=LOG10(A2)", 2, 2, true},  // a cell's shape before "(" is a function
       {"=$A1+SUM($B$1:B1)*2", 3, 1, "=$A2+SUM($B$1:B2)*2", 3, 2, true},
-      {"=A1:B2", 3, 1, "=A1 : B2", 3, 1, true},  // blanks around ":" are no part of a range
+      {"=A1:B2", 3, 1, "=A1 : B2", 3, 1, true},   // blanks around ":" are no part of a range
       {"=XFD1+1", 1, 1, "=XFE2+1", 1, 2, false},  // past the last column: a name, not a cell
       {"=A1048576", 2, 1, "=A1048577", 2, 2, false},
       {"=1A1", 2, 1, "=1A2", 2, 2, true},  // a number, then a cell

@@ -13,7 +13,9 @@ using namespace Tabrino;
 
 namespace {
 
-TStoredCell Number(double V) { return TStoredCell::FromCell(TCell::WithValue(TCellValue::FromNumber(V))); }
+TStoredCell Number(double V) {
+  return TStoredCell::FromCell(TCell::WithValue(TCellValue::FromNumber(V)));
+}
 
 std::vector<std::pair<int32_t, int32_t>> Keys(const TCellMap& Map) {
   std::vector<std::pair<int32_t, int32_t>> Out;
@@ -80,10 +82,13 @@ TCell Formula() {
 
 // CopyTo into a cell that held anything before gives what ToCell gives.
 TEST(StoredCell, CopyToOverAnyEarlierCellEqualsToCell) {
-  const std::vector<TCell> Cells = {TCell(), TCell::WithValue(TCellValue::FromNumber(2.5)),
+  const std::vector<TCell> Cells = {TCell(),
+                                    TCell::WithValue(TCellValue::FromNumber(2.5)),
                                     TCell::WithValue(TCellValue::FromBoolean(true)),
                                     TCell::WithValue(TCellValue::FromError(ceDiv0)),
-                                    TCell::WithValue(TCellValue::FromText("text")), Formula(), Rich()};
+                                    TCell::WithValue(TCellValue::FromText("text")),
+                                    Formula(),
+                                    Rich()};
   for (const TCell& Before : Cells)
     for (const TCell& Source : Cells) {
       const TStoredCell Stored = TStoredCell::FromCell(Source);
