@@ -1,5 +1,7 @@
 #include "Tabrino.Formula.CalcSession.h"
 
+#include "Tabrino.OutermostScope.h"
+
 namespace Tabrino {
 
 TCalcSession::TCalcSession(TWorkbook& Workbook) : FWorkbook(Workbook), FEvaluator(Workbook) {
@@ -31,15 +33,7 @@ void TCalcSession::HookSheet(TWorksheet& Sheet) {
 
 template <typename F>
 void TCalcSession::Evaluating(F&& Work) {
-  const bool Outer = !FEvaluating;
-  FEvaluating = true;
-  struct TLeave {
-    bool& Flag;
-    bool Outer;
-    ~TLeave() {
-      if (Outer) Flag = false;
-    }
-  } Leave{FEvaluating, Outer};
+  TOutermostScope Outermost(FEvaluating);
   Work();
 }
 

@@ -431,24 +431,17 @@ namespace {
 class TFormulaPlaces {
  public:
   void Add(const TSheetCellKey& Key, uint32_t Id) { FPlaces.push_back({Key.Sheet, Key.Col, Key.Row, Id}); }
-  void Sort() {
-    std::sort(FPlaces.begin(), FPlaces.end(), [](const TPlace& A, const TPlace& B) {
-      return std::tie(A.Sheet, A.Col, A.Row) < std::tie(B.Sheet, B.Col, B.Row);
-    });
-  }
+  void Sort() { std::sort(FPlaces.begin(), FPlaces.end()); }
   template <typename F>
   void ForEachIn(const TSheetRangeKey& Range, F&& Visit) const {
     const TCellRange& R = Range.Range;
-    for (int32_t Col = R.StartCol; Col <= R.EndCol; ++Col) {
-      auto It = std::lower_bound(FPlaces.begin(), FPlaces.end(), TPlace{Range.Sheet, Col, R.StartRow, 0},
-                                 [](const TPlace& A, const TPlace& B) {
-                                   return std::tie(A.Sheet, A.Col, A.Row) < std::tie(B.Sheet, B.Col, B.Row);
-                                 });
+    for (int32_t Col = R.StartCol; Col <= R.EndCol;) {
+      auto It = std::lower_bound(FPlaces.begin(), FPlaces.end(), TPlace{Range.Sheet, Col, R.StartRow, 0});
       for (; It != FPlaces.end() && It->Sheet == Range.Sheet && It->Col == Col && It->Row <= R.EndRow; ++It)
         Visit(It->Id);
-      // Columns without formulas are skipped in one step.
-      if (It != FPlaces.end() && It->Sheet == Range.Sheet && It->Col > Col) Col = std::min(It->Col, R.EndCol + 1) - 1;
-      if (It == FPlaces.end() || It->Sheet != Range.Sheet) break;
+      // On to the next column that holds a formula at all.
+      if (It == FPlaces.end() || It->Sheet != Range.Sheet) return;
+      Col = It->Col == Col ? Col + 1 : It->Col;
     }
   }
 
@@ -456,6 +449,9 @@ class TFormulaPlaces {
   struct TPlace {
     int32_t Sheet, Col, Row;
     uint32_t Id;
+    friend bool operator<(const TPlace& A, const TPlace& B) {
+      return std::tie(A.Sheet, A.Col, A.Row) < std::tie(B.Sheet, B.Col, B.Row);
+    }
   };
   std::vector<TPlace> FPlaces;
 };

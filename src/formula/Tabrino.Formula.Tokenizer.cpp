@@ -10,20 +10,8 @@
 namespace Tabrino {
 namespace {
 
-// Only ASCII counts: a character beyond ASCII never starts or continues a word
-// unless it stands inside quotes.
-bool IsDigit(char C) {
-  return C >= '0' && C <= '9';
-}
-bool IsLetter(char C) {
-  return (C >= 'A' && C <= 'Z') || (C >= 'a' && C <= 'z');
-}
-bool IsWordChar(char C) {
-  return C == '$' || C == '_' || IsDigit(C) || IsLetter(C);
-}
-bool IsRefChar(char C) {
-  return C == '$' || IsDigit(C) || IsLetter(C);
-}
+using namespace FormulaChars;
+
 bool IsIdentChar(char C) {
   return C == '_' || IsDigit(C) || IsLetter(C);
 }

@@ -34,6 +34,26 @@ enum TFormulaTokenKind : uint8_t {
   ftSemicolon
 };
 
+// The tokenizer's character classes, for scanners that must agree with it.
+// Only ASCII counts: a character beyond ASCII never starts or continues a
+// word unless it stands inside quotes.
+namespace FormulaChars {
+inline bool IsDigit(char C) {
+  return C >= '0' && C <= '9';
+}
+inline bool IsLetter(char C) {
+  return (C >= 'A' && C <= 'Z') || (C >= 'a' && C <= 'z');
+}
+// What a word (a reference, function or name) is made of.
+inline bool IsWordChar(char C) {
+  return C == '$' || C == '_' || IsDigit(C) || IsLetter(C);
+}
+// What the second corner of a range is made of.
+inline bool IsRefChar(char C) {
+  return C == '$' || IsDigit(C) || IsLetter(C);
+}
+}  // namespace FormulaChars
+
 // The enumerator's own name ("ftCellRef"), for tools and test messages.
 std::string_view FormulaTokenKindName(TFormulaTokenKind Kind);
 

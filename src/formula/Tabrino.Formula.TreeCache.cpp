@@ -47,18 +47,7 @@ constexpr char QuickKeyMark = '\xFF';
 constexpr char CellMark = '\xFE';
 constexpr char RangeMark = '\xFD';
 
-bool IsDigit(char C) {
-  return C >= '0' && C <= '9';
-}
-bool IsLetter(char C) {
-  return (C >= 'A' && C <= 'Z') || (C >= 'a' && C <= 'z');
-}
-bool IsWordChar(char C) {
-  return C == '$' || C == '_' || IsDigit(C) || IsLetter(C);
-}
-bool IsRefChar(char C) {
-  return C == '$' || IsDigit(C) || IsLetter(C);
-}
+using namespace FormulaChars;
 
 class TQuickKeyScan {
  public:

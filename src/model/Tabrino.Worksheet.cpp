@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "Tabrino.NumberFormat.h"
+#include "Tabrino.OutermostScope.h"
 
 namespace Tabrino {
 
@@ -24,15 +25,7 @@ class TWorksheet::TEventCell {
 };
 
 void TWorksheet::FireChange(const TCellAddress& Address, const TCell& OldCell, const TCell& NewCell) {
-  const bool Outer = !FFiring;
-  FFiring = true;
-  struct TLeave {
-    bool& Flag;
-    bool Outer;
-    ~TLeave() {
-      if (Outer) Flag = false;
-    }
-  } Leave{FFiring, Outer};
+  TOutermostScope Outermost(FFiring);
   FOnChange(*this, Address, OldCell, NewCell);
 }
 
