@@ -72,6 +72,7 @@ using TClockFunc = std::function<double()>;
 double SystemClockSerial();
 
 class TExactIndexCache;
+class TCriteriaIndexCache;
 
 struct TFormulaContext {
   TWorksheet* Sheet = nullptr;
@@ -81,8 +82,10 @@ struct TFormulaContext {
   int32_t EvalCol = 0;
   int32_t EvalRow = 0;
   const TClockFunc* Clock = nullptr;
-  // Indexes for repeated exact lookups; none outside an evaluator.
+  // Indexes for repeated exact lookups and conditional aggregates; none
+  // outside an evaluator.
   TExactIndexCache* ExactIndexes = nullptr;
+  TCriteriaIndexCache* CriteriaIndexes = nullptr;
 
   double Now() const { return Clock && *Clock ? (*Clock)() : SystemClockSerial(); }
 };

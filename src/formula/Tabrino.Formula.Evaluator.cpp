@@ -337,6 +337,7 @@ TFormulaContext TFormulaEvaluator::MakeContext(int32_t SheetIndex) const {
   Context.EvalRow = FEvalRow;
   Context.Clock = &FClock;
   Context.ExactIndexes = &FExactIndexes;
+  Context.CriteriaIndexes = &FCriteriaIndexes;
   return Context;
 }
 

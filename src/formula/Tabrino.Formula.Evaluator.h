@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Tabrino.Formula.Builtins.h"
+#include "Tabrino.Formula.CriteriaIndex.h"
 #include "Tabrino.Formula.DependencyGraph.h"
 #include "Tabrino.Formula.ExactIndex.h"
 #include "Tabrino.Formula.Lambda.h"
@@ -189,11 +190,13 @@ class TFormulaEvaluator {
   };
   int32_t FPassDepth = 0;
   TRangeReadCache FRangeCache;
-  // Lookup indexes over immutable cell storage; kept with the range reads.
+  // Lookup and criteria indexes over immutable cell storage; kept with the range reads.
   mutable TExactIndexCache FExactIndexes;
+  mutable TCriteriaIndexCache FCriteriaIndexes;
   void ClearPassCaches() {
     FRangeCache.Clear();
     FExactIndexes.Clear();
+    FCriteriaIndexes.Clear();
   }
 
   // Sets the shift of a shared tree for one evaluation and puts the outer

@@ -1,11 +1,13 @@
 // The conditional aggregates, over the shared criteria matcher
-// (Tabrino.Formula.Criterion.h).
+// (Tabrino.Formula.Criterion.h); ranges tested again and again are answered
+// from an index (Tabrino.Formula.CriteriaIndex.h).
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Tabrino.Formula.CriteriaIndex.h"
 #include "Tabrino.Formula.Criterion.h"
 #include "Tabrino.Formula.Functions.h"
 
@@ -13,13 +15,8 @@ namespace Tabrino {
 
 namespace {
 
-// The aggregates add only cells that hold numbers.
-struct TMatchTotals {
-  double Sum = 0;
-  double Count = 0;
-};
-
-// Pairs Tested with Summed by index over the shorter of the two.
+// Pairs Tested with Summed by index over the shorter of the two; only cells
+// that hold numbers are added.
 TMatchTotals SumWhere(std::span<const TCellValue> Tested, const TCriterion& Criterion,
                       std::span<const TCellValue> Summed) {
   TMatchTotals Totals;
@@ -34,26 +31,37 @@ TMatchTotals SumWhere(std::span<const TCellValue> Tested, const TCriterion& Crit
   return Totals;
 }
 
-// The cells to add for SUMIF and AVERAGEIF: the optional third argument, else
-// the tested range itself.
-std::span<const TCellValue> SummedValues(const TFunctionCall& Call) {
-  return ArgValues(Call.Count() > 2 ? Call[2] : Call[0]);
+// The index of the call's tested range (and summed one), when the evaluator
+// keeps one for it.
+const TCriteriaIndex* IndexFor(const TFunctionCall& Call, const TFormulaArg* Summed) {
+  return Call.Context.CriteriaIndexes ? Call.Context.CriteriaIndexes->For(Call[0], Summed) : nullptr;
+}
+
+// SUMIF and AVERAGEIF add the optional third argument, else the tested range itself.
+TMatchTotals SumIfTotals(const TFunctionCall& Call) {
+  const TCriterion Criterion(Call[1]);
+  const TFormulaArg& Summed = Call.Count() > 2 ? Call[2] : Call[0];
+  TMatchTotals Totals;
+  if (const TCriteriaIndex* Index = IndexFor(Call, &Summed); Index && Index->TrySum(Criterion, Totals)) return Totals;
+  return SumWhere(ArgValues(Call[0]), Criterion, ArgValues(Summed));
 }
 
 TCellValue CountIf(const TFunctionCall& Call) {
-  TCriterion Criterion(Call[1]);
+  const TCriterion Criterion(Call[1]);
   double Count = 0;
+  if (const TCriteriaIndex* Index = IndexFor(Call, nullptr); Index && Index->TryCount(Criterion, Count))
+    return Num(Count);
   for (const TCellValue& V : ArgValues(Call[0]))
     if (Criterion.Matches(V)) ++Count;
   return Num(Count);
 }
 
 TCellValue SumIf(const TFunctionCall& Call) {
-  return Num(SumWhere(ArgValues(Call[0]), TCriterion(Call[1]), SummedValues(Call)).Sum);
+  return Num(SumIfTotals(Call).Sum);
 }
 
 TCellValue AverageIf(const TFunctionCall& Call) {
-  TMatchTotals Totals = SumWhere(ArgValues(Call[0]), TCriterion(Call[1]), SummedValues(Call));
+  const TMatchTotals Totals = SumIfTotals(Call);
   return Totals.Count > 0 ? Num(Totals.Sum / Totals.Count) : Err(ceDiv0);
 }
 

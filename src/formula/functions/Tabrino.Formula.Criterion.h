@@ -41,6 +41,12 @@ class TCriterion {
     FOperandIsNumber = TryTextToFloat(FOperand, FNumber);
   }
 
+  TCriterionOp Op() const { return FOp; }
+  // The text after the operator, and its number when it reads as one.
+  const std::string& Operand() const { return FOperand; }
+  bool OperandIsNumber() const { return FOperandIsNumber; }
+  double Number() const { return FNumber; }
+
   bool Matches(const TCellValue& Cell) const {
     if (FOperandIsNumber) {
       double X = Cell.Number;

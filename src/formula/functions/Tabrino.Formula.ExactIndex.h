@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Tabrino.Formula.Builtins.h"
+#include "Tabrino.Formula.IndexCache.h"
 
 namespace Tabrino {
 
@@ -40,19 +41,17 @@ class TExactIndexCache {
   // The index of a table's line of cells, or nullptr while indexing would
   // not pay: small tables, and a table on its first search.
   const TExactMatchIndex* For(const TFormulaArg& Table, int64_t Count, int64_t Stride);
-  void Clear() { FEntries.clear(); }
+  void Clear() { FCache.Clear(); }
 
  private:
   static constexpr int64_t MinCells = 64;
-  static constexpr size_t Capacity = 8;
-  struct TEntry {
+  struct TKey {
     std::shared_ptr<const std::vector<TCellValue>> Storage;  // keeps the cells alive and identifies them
     int64_t Count;
     int64_t Stride;
-    std::unique_ptr<TExactMatchIndex> Index;  // built on the second search
+    bool operator==(const TKey&) const = default;
   };
-  std::vector<TEntry> FEntries;
-  size_t FNextVictim = 0;
+  TSecondUseCache<TKey, TExactMatchIndex> FCache;
 };
 
 }  // namespace Tabrino
