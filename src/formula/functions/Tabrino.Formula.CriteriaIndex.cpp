@@ -20,7 +20,7 @@ TCriteriaIndex::TCriteriaIndex(std::span<const TCellValue> Tested, std::span<con
     };
     std::string Text = IndexTextKey(Cell);
     double X;
-    const bool Numeric = Cell.Kind == cvkNumber ? (X = Cell.Number, true) : AsNumber(Cell, X);
+    const bool Numeric = AsNumber(Cell, X);
     // NaN equals and orders with nothing, so it is never indexed by number.
     if (Numeric && !std::isnan(X)) {
       AddTo(FByNumber[IndexNumberKey(X)]);
