@@ -42,9 +42,8 @@ struct TSheetRangeKey {
 };
 
 // What one formula reads: single cells and whole ranges, each in the order
-// first met.
-// Most formulas read a cell or two and at most one range: those need no
-// allocation of their own.
+// first met. Most formulas read a cell or two and at most one range: those
+// need no allocation of their own.
 struct TFormulaDependencies {
   absl::InlinedVector<TSheetCellKey, 2> Cells;
   absl::InlinedVector<TSheetRangeKey, 1> Ranges;

@@ -1,14 +1,11 @@
-// The worksheet's cell dictionary. Cells are keyed by the packed (column, row)
-// pair in a flat hash map, and each stored record is 12 bytes: a plain number,
+// The worksheet's cell dictionary. Cells are kept by (column, row) in blocks
+// of rows (TCellBlockMap), and each stored record is 12 bytes: a plain number,
 // boolean or error lives inline; text points to its string; a plain formula
 // points to its text and cached result; anything richer (format overrides,
 // rich text, sparklines) points to an out-of-line record that exists only for
 // such cells. Callers see whole TCell copies; the evaluator reads through the
 // lighter accessors.
-// The records are kept in blocks of rows (see TCellBlockMap).
 #pragma once
-
-#include <absl/container/flat_hash_map.h>
 
 #include <cstdint>
 #include <cstring>
