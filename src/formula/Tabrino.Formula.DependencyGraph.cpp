@@ -363,6 +363,25 @@ void KahnOrder(const TSubgraph& G, std::span<const int32_t> Entries, std::vector
     if (!Output[Index]) CycleList->push_back(G.Keys[Index]);
 }
 
+// Records the edges out of every key of the subgraph, asking the graph once
+// per key. IndexOf gives a dependent's index in the subgraph, or -1 to leave
+// it out; it may add keys, which get their edges recorded in turn.
+template <typename F>
+void LinkDependents(const TFormulaDependencyGraph& Graph, TSubgraph& G, F&& IndexOf) {
+  std::vector<TSheetCellKey> Direct;
+  for (size_t Node = 0; Node < G.Keys.size(); ++Node) {
+    Direct.clear();
+    Graph.GetDependents(G.Keys[Node], Direct);
+    G.FirstDependent.push_back(G.Dependents.size());
+    for (const TSheetCellKey& Dependent : Direct) {
+      const int32_t Index = IndexOf(Dependent);
+      if (Index < 0) continue;
+      G.Dependents.push_back(Index);
+      ++G.DistinctDeps[Index];
+    }
+  }
+}
+
 }  // namespace
 
 void TFormulaDependencyGraph::TopologicalOrder(const std::vector<TSheetCellKey>& Nodes,
@@ -380,19 +399,10 @@ void TFormulaDependencyGraph::TopologicalOrder(const std::vector<TSheetCellKey>&
     ++G.Repeats[It->second];
     Entries.push_back(It->second);
   }
-  // The graph is queried once per distinct key.
-  std::vector<TSheetCellKey> Direct;
-  for (size_t Node = 0; Node < G.Keys.size(); ++Node) {
-    Direct.clear();
-    GetDependents(G.Keys[Node], Direct);
-    G.FirstDependent.push_back(G.Dependents.size());
-    for (const TSheetCellKey& Dependent : Direct) {
-      auto It = IndexOf.find(Dependent);
-      if (It == IndexOf.end()) continue;
-      G.Dependents.push_back(It->second);
-      ++G.DistinctDeps[It->second];
-    }
-  }
+  LinkDependents(*this, G, [&](const TSheetCellKey& Dependent) {
+    auto It = IndexOf.find(Dependent);
+    return It == IndexOf.end() ? -1 : It->second;
+  });
   KahnOrder(G, Entries, CycleList, Order);
 }
 
@@ -404,18 +414,11 @@ void TFormulaDependencyGraph::OrderFrom(const TSheetCellKey& Key, std::vector<TS
   TSubgraph G;
   absl::flat_hash_map<TSheetCellKey, int32_t> IndexOf;
   IndexOf.emplace(Key, G.Add(Key));
-  std::vector<TSheetCellKey> Direct;
-  for (size_t Node = 0; Node < G.Keys.size(); ++Node) {
-    Direct.clear();
-    GetDependents(G.Keys[Node], Direct);
-    G.FirstDependent.push_back(G.Dependents.size());
-    for (const TSheetCellKey& Dependent : Direct) {
-      auto [It, Added] = IndexOf.try_emplace(Dependent, 0);
-      if (Added) It->second = G.Add(Dependent);
-      G.Dependents.push_back(It->second);
-      ++G.DistinctDeps[It->second];
-    }
-  }
+  LinkDependents(*this, G, [&](const TSheetCellKey& Dependent) {
+    auto [It, Added] = IndexOf.try_emplace(Dependent, 0);
+    if (Added) It->second = G.Add(Dependent);
+    return It->second;
+  });
   std::fill(G.Repeats.begin(), G.Repeats.end(), 1);
   std::vector<int32_t> Entries(G.Keys.size());
   std::iota(Entries.begin(), Entries.end(), 0);
